@@ -1,0 +1,53 @@
+// zelfhome: one command line, one process.
+#include <cerrno>
+#include <string>
+#include <vector>
+
+#include "callhome/zlcallhome.h"
+#include "cli/cmdtable.h"
+#include "services/zlerrorservice.h"
+
+namespace {
+
+// True when the server of this node's group has to run the command. What -a and -N said has no part in it.
+bool belongsToCallhomeNode(const ZlCallhome& callhome)
+{
+    return !callhome.getCallhomeNode().empty() && !callhome.verb.empty() &&
+           callhome.cmdP->getRemoteNodeHandling() == ZlCmd::REMOTE_NORMAL &&
+           callhome.getThisGroupMasterVersion() >= ZelfVersion(MONITORING_ROUTE_VERSION) &&
+           callhome.getLocalNodeName() != callhome.getCallhomeNode();
+}
+
+int forward(ZlCallhome& callhome)
+{
+    // The other node maps the arguments by itself.
+    callhome.cmdOptions = callhome.savedCmdOptions;
+    const std::string encoded = callhome.getEncodedCmdLine();
+    const std::string command = callhome.constructCmd(encoded, callhome.getCallhomeNode());
+    ZlCallhome::errorServiceP->pushNewMsg("ZlCallhome::main remote cmd: " + command);
+    return callhome.executeCMD(command, nullptr);
+}
+
+int runHere(ZlCallhome& callhome)
+{
+    progname = callhome.programName.c_str();
+    std::string command = callhome.subject + " " + callhome.verb;
+    ZlCallhome::errorServiceP->pushNewMsg("ZlCallhome::main local cmd: " + command);
+    char prompt[] = "";
+    return executeCommand(prompt, command.data(), cmdTable, false);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    errno = 0;
+    auto* callhome = new ZlCallhome(argc, argv);
+    chServiceP = callhome;
+    callhome->setRemoteExecution(belongsToCallhomeNode(*callhome));
+    const int result = callhome->doRemoteExecution() ? forward(*callhome) : runHere(*callhome);
+    callhome->execCmdRc = result;
+    delete callhome;
+    chServiceP = nullptr;
+    return result;
+}

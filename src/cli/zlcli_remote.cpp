@@ -1,0 +1,390 @@
+// Commands on other nodes: the decision per command, the encoded command line, and the dispatch commands.
+#include "cli/zlcli.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
+#include <unistd.h>
+
+#include "cli/zlcmd.h"
+#include "cluster/zlclusterinfo.h"
+#include "services/executecmd.h"
+#include "services/zlerrorservice.h"
+#include "services/zlfileio.h"
+#include "services/zlutils.h"
+
+namespace {
+
+constexpr std::string_view FULL_ENCODE_SET = "\t\n !\"#$%&'()*+,-./:;<=>?@[\\]^_`{|}~";
+
+// The least level of a cluster manager that takes commands.
+constexpr nodeLevel_t MANAGER_MIN_LEVEL = 1600;
+
+// Nodes from this level on take the encoded line as it is; for older ones the shell encodes it at run time.
+constexpr nodeLevel_t ENCODED_LINE_LEVEL = 1800;
+
+} // namespace
+
+// --- the decision ----------------------------------------------------------------------------------------
+
+void ZlCmd::processRemoteNodeHandling() const
+{
+    ZL_TRACE();
+    if (!cliP->doRemoteExecution()) {
+        if (remoteHandling == REMOTE_CLUSTER_MANAGER) {
+            runOnClusterManager();
+        } else if (remoteHandling == REMOTE_COLLECTOR) {
+            runOnCollector();
+        }
+        return;
+    }
+    if (cliP->getMinRemoteNodeLevel() < nodeLevel) {
+        cliP->setMinRemoteNodeLevel(nodeLevel);
+    }
+    switch (remoteHandling) {
+    case REMOTE_FORBIDDEN:
+        terminateWithMessage(commandText() + ": Incorrect option: " + cliP->remoteOption +
+                                 " Remote execution by -a, -N is not allowed.",
+                             emptyStrg, true);
+    case REMOTE_PASSTHROUGH:
+        cliP->setRemoteExecution(false);
+        cliP->appendCmdOptions("-N");
+        cliP->appendCmdOptions(toString(*ZlClusterInfo::getGoodNodes(), ","));
+        errorServiceP->pushNewMsg(
+            "ZlCmd::processRemoteNodeHandling: remote execution is changed to passthrough");
+        break;
+    case REMOTE_NORMAL:
+        break;
+    case REMOTE_LOCAL_ONLY:
+        cliP->setRemoteExecution(false);
+        errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: set doRemoteExecution to false");
+        break;
+    case REMOTE_CLUSTER_MANAGER:
+    case REMOTE_COLLECTOR:
+        terminateWithMessage(cliP->programName + " " + cliP->subject +
+                                 ": Incorrect option: " + cliP->remoteOption,
+                             emptyStrg, true);
+    }
+}
+
+void ZlCmd::runOnClusterManager() const
+{
+    const std::string& manager = ZlClusterInfo::getManagerNode();
+    if (manager.empty()) {
+        const std::string response = "Cannot detect cluster manager node.";
+        if (cliP->get_zelfdRunning()) {
+            terminateWithMessage(response, emptyStrg, true);
+        }
+        terminateWithMessage(response,
+                             "The ZELF daemon process zelfd is not running. Run zelfstart or execute the "
+                             "command from an other node where zelfd is running.",
+                             false);
+    }
+    const nodeLevel_t level = ZlClusterInfo::toNodeIterator(manager)->getLevel();
+    if (level < MANAGER_MIN_LEVEL) {
+        terminateWithMessage("Cannot access cluster manager node.",
+                             "The cluster manager node " + manager + " is " +
+                                 ZlClusterInfo::releaseLevelToName(level) +
+                                 " Required: " + ZlClusterInfo::releaseLevelToName(MANAGER_MIN_LEVEL),
+                             false);
+    }
+    // Both names are strings of node records: one node, one object.
+    if (&manager == &cliP->getLocalNodeName()) {
+        cliP->setRemoteExecution(false);
+        errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: local node is cluster manager");
+        return;
+    }
+    transferTo(manager, nodeLevel);
+}
+
+void ZlCmd::runOnCollector() const
+{
+    const std::string collector = ZlClusterInfo::getCollectorNode();
+    if (collector.empty()) {
+        terminateWithMessage("Could not find any active collector node.",
+                             "Include collector nodes to the colCandidates with zelfperf config update "
+                             "--collectors and activate at least one of them with systemctl start "
+                             "zelfcollector. Ccr has to run for this command.",
+                             true);
+    }
+    const std::string& node = ZlClusterInfo::toAdminLongName(collector);
+    if (&node == &cliP->getLocalNodeName()) {
+        cliP->setRemoteExecution(false);
+        errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: local node is active collector node");
+        return;
+    }
+    transferTo(node, 0);
+}
+
+void ZlCmd::transferTo(const std::string& node, nodeLevel_t level) const
+{
+    cliP->setRemoteExecution(true);
+    errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: transfer execution to node: " + node);
+    ZlClusterInfo::defineAllNode(node);
+    ZlClusterInfo::filterNodes(level, *ZlClusterInfo::allNodesP, ZlClusterInfo::validNodesP,
+                               ZlClusterInfo::invalidNodeDefinitionsP);
+}
+
+// --- the encoded command line ----------------------------------------------------------------------------
+
+void ZlCli::fullEncode(std::string& out, const std::string& in) const
+{
+    ZL_TRACE();
+    percentEncode(out, in, FULL_ENCODE_SET);
+}
+
+void ZlCli::decode(std::string& out, const std::string& in)
+{
+    ZL_TRACE();
+    percentDecode(out, in);
+}
+
+void ZlCli::decode(std::vector<std::string>& out, const std::vector<std::string>& in)
+{
+    ZL_TRACE();
+    out.clear();
+    for (const std::string& text : in) {
+        percentDecode(out.emplace_back(), text);
+    }
+}
+
+std::string ZlCli::getEncodedCmdLine()
+{
+    ZL_TRACE();
+    std::vector<std::string> words = {subject, verb};
+    words.insert(words.end(), cmdOptions.begin(), cmdOptions.end());
+    // -Y never was an argument: this is how it crosses to the other node.
+    if (hasAnyParserResultBits(PARSER_MACHINE_READABLE | PARSER_DISPLAY_TABLE)) {
+        words.emplace_back("-Y");
+    }
+    std::vector<std::string> encodedWords;
+    percentEncode(encodedWords, words, FULL_ENCODE_SET);
+    const std::string encoded = "'\"" + containerToString(encodedWords, " ") + "\"'";
+    errorServiceP->pushNewMsg("ZlCli::getEncodedCmdLine: raw cmd:" + containerToString(words, " "));
+    errorServiceP->pushNewMsg("ZlCli::getEncodedCmdLine: encoded:" + encoded);
+    return encoded;
+}
+
+std::string ZlCli::constructCmd(const std::string& encoded, const std::string& node)
+{
+    ZL_TRACE();
+    const std::string& local = getLocalNodeName();
+    const std::string& target = node.empty() ? local : ZlClusterInfo::toAdminLongName(node);
+    if (target.empty()) {
+        pushMessage(node + " is not a valid node. Terminate!");
+        errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because " + node +
+                                  " is not a valid node name");
+        terminateProgram(1);
+    }
+    if (local.empty()) {
+        pushMessage("Cannot detect local node name. Terminate!");
+        errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because local node name is not resolved.");
+        terminateProgram(1);
+    }
+    const std::string cmd = areNodesEqual(local, target) != 0
+                                ? helperCmd + " " + encoded
+                                : REMOTE_ONE1 + node + remotePreCmd + encoded + remotePostCmd;
+    errorServiceP->pushNewMsg("ZlCli::constructCmd cmd = " + cmd);
+    return cmd;
+}
+
+void ZlCli::quoteOptions(std::vector<std::string>* out)
+{
+    ZL_TRACE();
+    if (out != nullptr) {
+        *out = cmdOptions;
+    } else {
+        out = &cmdOptions;
+    }
+    for (std::string& option : *out) {
+        option = "'" + option + "'";
+    }
+}
+
+std::string ZlCli::getShellCmdOptions() const
+{
+    ZL_TRACE();
+    return shellCmd + " " + getCmdOptions() +
+           (hasAnyParserResultBits(PARSER_MACHINE_READABLE | PARSER_DISPLAY_TABLE) ? " -Y" : "");
+}
+
+// --- execution -------------------------------------------------------------------------------------------
+
+int ZlCli::executeCMD(const std::string& cmd, std::vector<std::string>* lines)
+{
+    ZL_TRACE();
+    errorServiceP->pushNewMsg("ZlCli::executeCMD: cmd = " + cmd);
+    if (getParserResultBit(PARSER_DRY_RUN) != 0 && getParserResultBit(PARSER_DRY_RUN_STOP) != 0) {
+        errorServiceP->pushNewMsg("ZlCli::executeCMD: terminate: dry run specified.");
+        userResponse = cmd;
+        terminateProgram(0);
+    }
+    execCmdRc = _executeCMD(cmd, lines);
+    return execCmdRc;
+}
+
+namespace {
+
+// Makes an empty temporary file and gives its name; empty on failure.
+std::string makeTempFile()
+{
+    std::string name = "/var/zelf/tmp/zlTemp.XXXXXXX";
+    const int file = mkstemp(name.data());
+    if (file < 0) {
+        return emptyStrg;
+    }
+    close(file);
+    return name;
+}
+
+// Sorts the lines of "onall", each a node, a colon, two blanks and a text, into one text a node. The headers
+// of colon records go ahead of all nodes, each once: their keys begin with a blank.
+void collectByNode(const std::vector<std::string>& lines, bool machineReadable,
+                   std::map<std::string, std::string>& results)
+{
+    constexpr size_t MARKER_LENGTH = 3;
+    std::set<std::string> headers;
+    for (const std::string& line : lines) {
+        const size_t end = line.find_first_of(": ");
+        // A line without the marker, or too short for it, raises a range error here.
+        const std::string payload = line.substr(end == std::string::npos ? end : end + MARKER_LENGTH);
+        if (machineReadable && payload.find(":HEADER:") != std::string::npos) {
+            headers.insert(payload);
+        } else {
+            results[line.substr(0, end)] += payload;
+        }
+    }
+    size_t number = 0;
+    for (const std::string& header : headers) {
+        results[" " + toString(number++)] = header;
+    }
+}
+
+} // namespace
+
+int ZlCli::executeCMDonAll(const std::string& remoteCmd, const std::string& options,
+                           std::map<std::string, std::string>* results)
+{
+    ZL_TRACE();
+    const nodeLevel_t level = getMinRemoteNodeLevel();
+    std::set<std::string> nodes;
+    ZlClusterInfo::filterNodes(level, *ZlClusterInfo::getGoodNodes(), &nodes,
+                               ZlClusterInfo::getBadNodesDefinition());
+    errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: filter to : " + toString(level));
+    errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: counts: " + toString(nodes.size()));
+    if (nodes.empty() && !ZlClusterInfo::getBadNodesDefinition()->empty()) {
+        userResponse = "There is at least one node with node level below " +
+                       ZlClusterInfo::releaseLevelToName(level) +
+                       ".\nReview zelfchconfig release=LATEST for how to update release levels.";
+        return 1;
+    }
+    errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: remote nodes: " + toString(nodes, ","));
+
+    const std::string nodeFile = makeTempFile();
+    const std::string rejectFile = makeTempFile();
+    if (nodeFile.empty() || rejectFile.empty()) {
+        errorServiceP->pushDebugMsg("ZlCli::executeCMDonAll: cannot create temp file");
+        errorServiceP->pushNewMsg("Please check access and disk space for /var/zelf/tmp");
+        userResponse = "Cannot create temp file";
+        terminateProgram(1);
+    }
+    ZlFileIO file(nodeFile);
+    file.setData(&nodes);
+    file.writeFile();
+
+    std::string command = REMOTE_ONALL + nodeFile + " " + rejectFile + " " + remoteCmd;
+    getClusterMinReleaseLevel();
+    if (level < ENCODED_LINE_LEVEL) {
+        errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: depricated code used.");
+        const std::string text = options.empty() ? subject + " " + verb + " " + getCmdOptions() : options;
+        if (!text.empty()) {
+            command += " $(/opt/zelf/bin/zelfadm fullEncode '" + text + "' ) 2>&1";
+        }
+    } else {
+        errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: new code used.");
+        command += " " + getEncodedCmdLine();
+    }
+    std::vector<std::string> lines;
+    const int code = executeCMD(command, &lines);
+    unlink(nodeFile.c_str());
+    unlink(rejectFile.c_str());
+
+    const bool machineReadable = getMachineReadableOutput();
+    if (results != nullptr) {
+        results->clear();
+        collectByNode(lines, machineReadable, *results);
+        return code;
+    }
+    std::map<std::string, std::string> ownResults;
+    collectByNode(lines, machineReadable, ownResults);
+    for (auto& [node, text] : ownResults) {
+        if (machineReadable) {
+            replaceAllSubstrg(text, "\n\n", "\n");
+        }
+        std::cout << text;
+    }
+    return code;
+}
+
+// --- nodes -----------------------------------------------------------------------------------------------
+
+void ZlCli::checkResolvedNodes(const std::string& text)
+{
+    ZL_TRACE();
+    if (!doRemoteExecution() && !hasAnyParserResultBits(PARSER_ALL_NODES | PARSER_NODE_LIST)) {
+        errorServiceP->pushDebugMsg("ZlCli::checkResolvedNodes: no node specification.");
+        return;
+    }
+    const std::set<std::string>* valid = ZlClusterInfo::getGoodNodes();
+    const bool noneValid = valid == nullptr || valid->empty();
+    const bool someInvalid = !ZlClusterInfo::getBadNodesDefinition()->empty();
+    if (!noneValid && !someInvalid) {
+        return;
+    }
+    if (noneValid) {
+        errorServiceP->pushDebugMsg("ZlCli::checkResolvedNodes: No valid node specified.");
+        userResponse = "No valid cluster node(s) specified.";
+    }
+    if (someInvalid) {
+        errorServiceP->pushDebugMsg("ZlCli::checkResolvedNodes: at least one none valid node was specified.");
+        userResponse = "At least one non valid node was specified.\n";
+    }
+    if (!text.empty()) {
+        pushMessage(text);
+    }
+    userResponse += "\n" + usageText;
+    showAdditionalMessages = true;
+    terminateProgram(1);
+}
+
+int ZlCli::processBadNodes(const std::set<std::string>* nodes)
+{
+    ZL_TRACE();
+    if (nodes == nullptr) {
+        return 0;
+    }
+    for (const std::string& node : *nodes) {
+        msgs.push_back(node + " is not a valid node definition");
+    }
+    return static_cast<int>(nodes->size());
+}
+
+int ZlCli::areNodesEqual(const std::string& a, const std::string& b)
+{
+    ZL_TRACE();
+    const std::string& nodeA = ZlClusterInfo::toAdminLongName(a);
+    const std::string& nodeB = ZlClusterInfo::toAdminLongName(b);
+    if (nodeA.empty() || nodeB.empty()) {
+        const std::string text = "ZlCli::areNodesEqual a null pointer was provided.";
+        errorServiceP->pushNewMsg(text);
+        msgs.push_back(text);
+        terminateProgram(1);
+    }
+    return nodeA == nodeB ? 1 : 0;
+}
+
+const std::string& ZlCli::getLocalNodeName() const
+{
+    ZL_TRACE();
+    return ZlClusterInfo::getLocalNodeName();
+}

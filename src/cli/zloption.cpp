@@ -1,0 +1,252 @@
+#include "cli/zloption.h"
+
+#include <algorithm>
+#include <array>
+
+#include "cli/zlcli.h"
+#include "cluster/zlclusterinfo.h"
+#include "cluster/zlnodesdefinition.h"
+#include "services/zlerrorservice.h"
+#include "services/zlutils.h"
+
+namespace {
+
+// The texts of the value types, at their numbers. A text that ends in "{" goes on with the token text and
+// "}"; the text of TOKEN_AS_TYPE is the token alone.
+constexpr std::array<const char*, 17> TYPE_TEXTS = {
+    "NO argument",
+    "ANY argument",
+    "ANY arguments",
+    "INTEGER",
+    "DECIMAL",
+    "ALPHA = [a-z][A-Z]",
+    "IP number",
+    "EMAIL address",
+    "A valid ISO 3166-1 alpha-2 code (A-Z)",
+    "member of {",
+    "member of {",
+    "",
+    "Node(s) as ID, short / long name, IP, node class or nodes file.",
+    "CES Node(s) as ID, short / long name, IP, node class or nodes file.",
+    "NO or ANY argument.",
+    "string without any char out of {",
+    "A PMR identifier, in the format xxxxx.yyy.zzz or a Case identifier, in the format TSxxxxxxxxx",
+};
+
+bool isIP(const std::string& arg)
+{
+    const std::vector<std::string> parts = split(arg, ".");
+    return parts.size() == 4 &&
+           std::all_of(parts.begin(), parts.end(), [](const auto& part) { return isInt(part) != 0; });
+}
+
+bool isEmail(const std::string& arg)
+{
+    return std::count(arg.begin(), arg.end(), '@') == 1 && arg[0] != '@';
+}
+
+bool isCountryCode(const std::string& arg)
+{
+    return arg.size() == 2 &&
+           std::all_of(arg.begin(), arg.end(), [](char byte) { return byte >= 'A' && byte <= 'Z'; });
+}
+
+// Resolves a node specification and rewrites it to the resolved names. Each node must have `role`, if any.
+bool resolveNodes(std::string& arg, const std::string& role)
+{
+    const ZlNodesDefinition nodes(arg);
+    if (!nodes.getUnresolved().empty()) {
+        return false;
+    }
+    if (!role.empty()) {
+        std::set<std::string> withRole;
+        std::set<std::string> withoutRole;
+        ZlClusterInfo::filterNodes(role, nodes.getResolved(), &withRole, &withoutRole);
+        if (!withoutRole.empty()) {
+            return false;
+        }
+    }
+    arg = toString(nodes.getResolved(), ",");
+    return true;
+}
+
+const char* const CES_ROLE = "X";
+
+} // namespace
+
+ZlOption::ZlOption(ZlCli* cli, const std::string& optionName, ZlCmd::valueType valueType, bool isMandatory,
+                   const std::string& tokenText, ZlCmd::Function function, nodeLevel_t level)
+    : cliP(cli), name(optionName), type(valueType), required(isMandatory), token(tokenText),
+      errorServiceP(ZlErrorService::getInstance()), nodeLevel(level), cmdFunc(function)
+{
+    ZL_TRACE();
+}
+
+void ZlOption::operator()(const std::string& newName, ZlCmd::valueType newType, bool newRequired,
+                          const std::string& newToken)
+{
+    ZL_TRACE();
+    name = newName;
+    type = newType;
+    required = newRequired;
+    token = newToken;
+}
+
+const std::string& ZlOption::getName() const
+{
+    ZL_TRACE();
+    return name;
+}
+
+ZlCmd::valueType ZlOption::getType() const
+{
+    ZL_TRACE();
+    return type;
+}
+
+bool ZlOption::isRequired() const
+{
+    ZL_TRACE();
+    return required;
+}
+
+nodeLevel_t ZlOption::getNodeLevel() const
+{
+    ZL_TRACE();
+    return nodeLevel;
+}
+
+ZlCmd::Function ZlOption::getCmdFuncP() const
+{
+    ZL_TRACE();
+    return cmdFunc;
+}
+
+ZlCmd::optionValue ZlOption::hasValue() const
+{
+    ZL_TRACE();
+    switch (type) {
+    case ZlCmd::NO:
+        return ZlCmd::VALUE_NONE;
+    case ZlCmd::TOKEN_OPTION:
+    case ZlCmd::NO_OR_ANY:
+        return ZlCmd::VALUE_OPTIONAL;
+    default:
+        return ZlCmd::VALUE_REQUIRED;
+    }
+}
+
+std::string ZlOption::getTypeStrg() const
+{
+    ZL_TRACE();
+    if (type < 0 || type >= TYPE_TEXTS.size()) {
+        return "UNKNOWN";
+    }
+    const std::string text = TYPE_TEXTS[type];
+    if (type == ZlCmd::TOKEN_AS_TYPE) {
+        return token;
+    }
+    return text.back() == '{' ? text + token + "}" : text;
+}
+
+std::string ZlOption::toStrg() const
+{
+    ZL_TRACE();
+    return name + " " + getTypeStrg() + (required ? " which is required." : " which is not requiered. ");
+}
+
+bool ZlOption::operator<(const ZlOption& other) const
+{
+    return name < other.name;
+}
+
+bool ZlOption::checkArgType(std::string& arg)
+{
+    ZL_TRACE();
+    if (!procesTokenAsType()) {
+        return false;
+    }
+    switch (type) {
+    case ZlCmd::INT:
+        return isInt(arg) != 0;
+    case ZlCmd::DECIMAL:
+        return isDecimal(arg) != 0;
+    case ZlCmd::ALPHA:
+        return isStringAlpha(arg) != 0;
+    case ZlCmd::IP:
+        return isIP(arg);
+    case ZlCmd::EMAIL:
+        return isEmail(arg);
+    case ZlCmd::COUNTRY_CODE:
+        return isCountryCode(arg);
+    case ZlCmd::TOKEN_OPTION:
+        return arg.empty() || verifyToken(arg);
+    case ZlCmd::TOKEN:
+        return verifyToken(arg);
+    case ZlCmd::NODE:
+        return resolveNodes(arg, emptyStrg);
+    case ZlCmd::CES_NODE:
+        return resolveNodes(arg, CES_ROLE);
+    case ZlCmd::EXCLUSIV_CHAR:
+        return verifyExclusiveChar(arg);
+    case ZlCmd::TICKET_NUMBER:
+        return isStringPMR(arg) != 0;
+    case ZlCmd::NO:
+    case ZlCmd::ANY:
+    case ZlCmd::ANY_INFINITE:
+    case ZlCmd::NO_OR_ANY:
+    case ZlCmd::TOKEN_AS_TYPE:
+        return true;
+    }
+    return true;
+}
+
+bool ZlOption::verifyToken(std::string value) const
+{
+    ZL_TRACE();
+    std::string alternatives = token;
+    if (!cliP->hasAnyParserResultBits(PARSER_TOKEN_CASE)) {
+        toUpper(value);
+        toUpper(alternatives);
+    }
+    const std::vector<std::string> list = split(alternatives, " | ");
+    return std::find(list.begin(), list.end(), value) != list.end();
+}
+
+bool ZlOption::verifyExclusiveChar(std::string& arg) const
+{
+    ZL_TRACE();
+    return _verifyExclusiveChar(token, arg);
+}
+
+bool ZlOption::procesTokenAsType()
+{
+    ZL_TRACE();
+    if (type != ZlCmd::TOKEN_AS_TYPE) {
+        return true;
+    }
+    const std::vector<std::string> words = split(token, " | ");
+    if (words.size() > 1) {
+        errorServiceP->pushNewMsg("ZlOption::procesTokenAsType: Error: Wrong token as type definition: " +
+                                  token);
+        return false;
+    }
+    if (words[0] == "INT") {
+        type = ZlCmd::INT;
+    } else if (words[0] == "DECIMAL") {
+        type = ZlCmd::DECIMAL;
+    } else if (words[0] == "ALPHA") {
+        type = ZlCmd::ALPHA;
+    }
+    return true;
+}
+
+std::ostream& operator<<(std::ostream& out, const ZlOption& option)
+{
+    return out << option.toStrg();
+}
+
+bool _verifyExclusiveChar(const std::string& chars, const std::string& text)
+{
+    return text.find_first_of(chars) == std::string::npos;
+}

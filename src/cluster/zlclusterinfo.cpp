@@ -1,0 +1,362 @@
+#include "cluster/zlclusterinfo.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "services/executecmd.h"
+#include "services/zelfnls.h"
+#include "services/zlccrservice.h"
+#include "services/zlerrorservice.h"
+#include "services/zlfileio.h"
+#include "services/zlutils.h"
+
+namespace {
+
+const char* const CLUSTER_FILE = "/var/zelf/gen/zelfsdr";
+const char* const CONFIG_FILE = "/var/zelf/gen/zelf.cfg";
+const char* const MEMBER_LINE = "20_MEMBER_NODE";
+
+void cutLine(std::vector<std::string_view>& fields, std::string_view line, char delimiter)
+{
+    fields.clear();
+    for (;;) {
+        const size_t end = line.find(delimiter);
+        fields.push_back(line.substr(0, end));
+        if (end == std::string_view::npos) {
+            return;
+        }
+        line.remove_prefix(end + 1);
+    }
+}
+
+} // namespace
+
+ZlClusterInfo::ZlClusterInfo()
+{
+    ZL_TRACE();
+    zelfcfgMapP->clear();
+    errorServiceP = ZlErrorService::getInstance();
+    ZlFileIO file(CLUSTER_FILE);
+    if (file.readFile() != 0) {
+        errorServiceP->pushNewMsg("Cannot read /var/zelf/gen/zelfsdr. Terminate!");
+        errorServiceP->pushNewMsg("terminateProgram");
+        errorServiceP->writeTrace();
+        std::exit(1);
+    }
+    NameSet lines;
+    file.getData(&lines);
+    getNodesMap(lines);
+}
+
+ZlClusterInfo::~ZlClusterInfo()
+{
+    ZL_TRACE();
+    const auto free = [](auto*& container) {
+        delete container;
+        container = nullptr;
+    };
+    free(nameIndexP);
+    free(nodesP);
+    free(nodeDefinitionP);
+    free(validNodesP);
+    free(allNodesP);
+    free(invalidNodeDefinitionsP);
+    free(cluserLevelToNameP);
+    free(zelfcfgMapP);
+    instanceP = nullptr;
+}
+
+ZlClusterInfo* ZlClusterInfo::getInstance()
+{
+    ZL_TRACE();
+    return instanceP;
+}
+
+ZlClusterInfo::NodeSet* ZlClusterInfo::getClusterNodes()
+{
+    ZL_TRACE();
+    return nodesP;
+}
+
+ZlClusterInfo::NameSet* ZlClusterInfo::getGoodNodes()
+{
+    ZL_TRACE();
+    return validNodesP;
+}
+
+ZlClusterInfo::NameSet* ZlClusterInfo::getBadNodesDefinition()
+{
+    ZL_TRACE();
+    return invalidNodeDefinitionsP;
+}
+
+int ZlClusterInfo::getNodesMap(const NameSet& lines)
+{
+    ZL_TRACE();
+    if (lines.empty()) {
+        return 1;
+    }
+    delete nameIndexP;
+    nameIndexP = nullptr;
+    std::vector<std::string_view> fields;
+    for (const std::string& line : lines) {
+        if (line.find(MEMBER_LINE) != std::string::npos) {
+            cutLine(fields, line, ':');
+            nodesP->emplace_hint(nodesP->end(), fields);
+        }
+    }
+    return 0;
+}
+
+int ZlClusterInfo::readZelfCfg()
+{
+    ZL_TRACE();
+    ZlFileIO file(CONFIG_FILE);
+    if (file.statFile() != 0) {
+        errorServiceP->pushNewMsg("ZlClusterInfo::readZelfCfg: File " + file.getFileName() +
+                                  " does not exist. Terminate!");
+        return 1;
+    }
+    if (file.readFile() != 0) {
+        errorServiceP->pushNewMsg("ZlClusterInfo::readZelfCfg: Cannot read " + file.getFileName() +
+                                  "Terminate!");
+        return 1;
+    }
+    std::vector<std::string> lines;
+    file.getData(&lines);
+    // A line without a blank leaves key and value as they are, and so counts as the line before it.
+    std::string key;
+    std::string value;
+    for (const std::string& line : lines) {
+        stringToKeyValue(key, value, line, " ");
+        zelfcfgMapP->try_emplace(key, value);
+    }
+    errorServiceP->pushNewMsg("ZlClusterInfo::readZelfCfg: success reading  " + file.getFileName() + ".");
+    return 0;
+}
+
+const std::map<std::string, std::string>& ZlClusterInfo::getZelfCfg()
+{
+    ZL_TRACE();
+    if (zelfcfgMapP->empty() && readZelfCfg() != 0) {
+        printCatMessage(MSG_SEE_TRACE, "Error: See trace file form more information.\n");
+        errorServiceP->pushNewMsg("ZlClusterInfo::getZelfCfg: execution of readZelfCfg failed");
+        errorServiceP->pushNewMsg("ZlClusterInfo::getZelfCfg: Terminate");
+        std::exit(1);
+    }
+    return *zelfcfgMapP;
+}
+
+// Builds the index when the walks so far have cost about what it costs: a run that asks for the local node a
+// few times never pays for it, one that asks for every node pays at most twice.
+ZlClusterInfo::NodeSet::iterator ZlClusterInfo::findNode(const std::string& name)
+{
+    ZL_TRACE();
+    constexpr size_t WALKS_WORTH_AN_INDEX = 16;
+    if (nameIndexP == nullptr && nodesWalked > WALKS_WORTH_AN_INDEX * nodesP->size()) {
+        nameIndexP = new std::unordered_map<std::string_view, NodeSet::iterator>;
+        nameIndexP->reserve(nodesP->size() * 3);
+        for (auto node = nodesP->begin(); node != nodesP->end(); ++node) {
+            for (const std::string_view text : node->names()) {
+                nameIndexP->try_emplace(text, node);
+            }
+        }
+    }
+    if (nameIndexP != nullptr) {
+        return findByIndex(name);
+    }
+    for (auto node = nodesP->begin(); node != nodesP->end(); ++node) {
+        ++nodesWalked;
+        if (node->isNamed(name)) {
+            return node;
+        }
+    }
+    return nodesP->end();
+}
+
+ZlClusterInfo::NodeSet::iterator ZlClusterInfo::findByIndex(const std::string& name)
+{
+    const auto entry = nameIndexP->find(name);
+    const auto byName = entry == nameIndexP->end() ? nodesP->end() : entry->second;
+    if (isInt(name) == 0) {
+        return byName;
+    }
+    // A text may be the name of one node and the number of another: the walk meets the smaller number first.
+    const auto byNumber = nodesP->find(static_cast<int32_t>(std::strtol(name.c_str(), nullptr, 10)));
+    if (byName == nodesP->end() || byNumber == nodesP->end()) {
+        return byName == nodesP->end() ? byNumber : byName;
+    }
+    return NodeSet::key_compare()(*byName, *byNumber) ? byName : byNumber;
+}
+
+ZlClusterInfo::NodeSet::iterator ZlClusterInfo::toNodeIterator(const std::string& name)
+{
+    ZL_TRACE();
+    if (name.empty()) {
+        return nodesP->end();
+    }
+    const auto node = findNode(name);
+    if (node != nodesP->end() || (controlState & 1) == 0) {
+        return node;
+    }
+    return askHostTool(name);
+}
+
+ZlClusterInfo::NodeSet::iterator ZlClusterInfo::askHostTool(const std::string& name)
+{
+    std::vector<std::string> reply;
+    if (_executeCMD("/opt/zelf/bin/zelfadm host " + name + " 2>&1", &reply) != 0 || reply.empty()) {
+        errorServiceP->pushNewMsg("ZlClusterInfo::getNodesMap: Cannot detect admin IP. zelfadm host failed");
+        return nodesP->end();
+    }
+    const std::vector<std::string> pieces = split(reply[0], " ");
+    if (pieces.size() < 3) {
+        errorServiceP->pushNewMsg(
+            "ZlClusterInfo::getNodesMap: Cannot detect admin IP. Bad response from zelfadm host");
+        return nodesP->end();
+    }
+    const auto byName = findNode(pieces[0]);
+    const auto byAddress = findNode(pieces[2]);
+    if (byName == nodesP->end() || byAddress == nodesP->end()) {
+        return byName == nodesP->end() ? byAddress : byName;
+    }
+    return NodeSet::key_compare()(*byAddress, *byName) ? byAddress : byName;
+}
+
+int ZlClusterInfo::toNodeNumber(const std::string& name)
+{
+    ZL_TRACE();
+    const auto node = toNodeIterator(name);
+    if (node == nodesP->end()) {
+        errorServiceP->pushNewMsg("ZlClusterInfo::toNodeNumber: illegal node: " + name);
+        return 0;
+    }
+    return node->getNumber();
+}
+
+const std::string& ZlClusterInfo::toAdminLongName(const std::string& name)
+{
+    ZL_TRACE();
+    const auto node = toNodeIterator(name);
+    if (node == nodesP->end()) {
+        errorServiceP->pushNewMsg("ZlClusterInfo::toAdminLongName: illegal node: " + name);
+        return emptyStrg;
+    }
+    return node->getAdminLongName();
+}
+
+const std::string& ZlClusterInfo::toAdminShortName(const std::string& name)
+{
+    ZL_TRACE();
+    const auto node = toNodeIterator(name);
+    if (node == nodesP->end()) {
+        errorServiceP->pushNewMsg("ZlClusterInfo::toAdminShortName: illegal node: " + name);
+        return emptyStrg;
+    }
+    return node->getAdminShortName();
+}
+
+bool ZlClusterInfo::hasNodeRole(const std::string& name, const std::string& role)
+{
+    ZL_TRACE();
+    const auto node = toNodeIterator(name);
+    return node != nodesP->end() && node->getOtherNodeRoles().find(role) != std::string::npos;
+}
+
+const std::string& ZlClusterInfo::getLocalNodeName()
+{
+    ZL_TRACE();
+    const std::string* number = getValue(getZelfCfg(), "myNodeConfigNumber");
+    return number == nullptr ? emptyStrg : toAdminLongName(*number);
+}
+
+const std::string& ZlClusterInfo::getManagerNode()
+{
+    ZL_TRACE();
+    std::vector<std::string> reply;
+    const int code = _executeCMD("/opt/zelf/bin/zelfmgr -c 2>&1", &reply);
+    if (code != 0) {
+        errorServiceP->pushNewMsg("ZlClusterInfo::getManagerNode: list nodes manager rc = " + toString(code) +
+                                  "    response: " + containerToString(reply, emptyStrg));
+        return emptyStrg;
+    }
+    if (reply.empty()) {
+        errorServiceP->pushNewMsg("ZlClusterInfo::getManagerNode: list nodes manager empty response.");
+        return emptyStrg;
+    }
+    const std::vector<std::string> pieces = split(reply.back(), " ");
+    if (pieces.size() <= 3) {
+        errorServiceP->pushNewMsg("ZlClusterInfo::getManagerNode zelflsmgr unexpected output format");
+        return emptyStrg;
+    }
+    errorServiceP->pushNewMsg("ZlClusterInfo::getManagerNode node: " + pieces[3]);
+    return toAdminLongName(pieces[3]);
+}
+
+std::string ZlClusterInfo::getCollectorNode()
+{
+    ZL_TRACE();
+    ZlCcrService collectors("collectors", "/var/zelf/tmp");
+    switch (collectors.readCcrFile()) {
+    case 0:
+        break;
+    case 1:
+        errorServiceP->pushNewMsg("ZlHealth::getCollectorNode no file named 'collectors' in ccr.");
+        return emptyStrg;
+    case 2:
+        errorServiceP->pushNewMsg(
+            "ZlHealth::getCollectorNode unknown error while getting file 'collectors' from ccr.");
+        return emptyStrg;
+    default:
+        errorServiceP->pushNewMsg(
+            "ZlHealth::getCollectorNode error while reading file 'collectors' from ccr.");
+        return emptyStrg;
+    }
+    std::vector<std::string> lines;
+    collectors.getCcrData(&lines);
+    NameSet records;
+    stringToSet(&records, containerToString(lines, emptyStrg), ";");
+
+    std::string name;
+    std::string state;
+    std::string active;
+    std::string standby;
+    for (const std::string& record : records) {
+        if (stringToKeyValue(name, state, record, ":") != 0) {
+            continue;
+        }
+        if (state == "active") {
+            active = name;
+        } else if (state == "standby") {
+            standby = name;
+        }
+    }
+    return active.empty() ? standby : active;
+}
+
+std::string ZlClusterInfo::releaseLevelToName(nodeLevel_t level)
+{
+    ZL_TRACE();
+    const std::string number = toString(level);
+    const auto known = cluserLevelToNameP->find(level);
+    if (known != cluserLevelToNameP->end()) {
+        errorServiceP->pushDebugMsg("ZlClusterInfo::releaseLevelToName: release " + number +
+                                    " from map: " + known->second);
+        return known->second;
+    }
+    std::vector<std::string> reply;
+    _executeCMD("grep '" + number + ")  result=' /opt/zelf/bin/zelfprod", &reply);
+    if (reply.empty()) {
+        errorServiceP->pushDebugMsg("ZlClusterInfo::releaseLevelToName: release " + number +
+                                    " was not resolved.");
+        return number;
+    }
+    // A line without quotes has no name between them; what is left then is all of it.
+    const std::string text = containerToString(reply, emptyStrg);
+    const size_t begin = text.find('"') + 1;
+    const std::string name = text.substr(begin, text.find('"', begin) - begin);
+    cluserLevelToNameP->emplace(level, name);
+    errorServiceP->pushDebugMsg("ZlClusterInfo::releaseLevelToName: release " + number +
+                                " from file: " + name);
+    return name;
+}

@@ -1,0 +1,127 @@
+// The tool's picture of the cluster: which nodes exist and under which names, which node this is, which one
+// is the cluster manager and which the active collector; and how a node specification of the user resolves.
+//
+// All data is class-level and there is one instance. The cluster definition file is read when it is made,
+// ahead of main(), see boot.cpp; a file that cannot be read ends the process there.
+//
+// Every question about a name passes through toNodeIterator(), which answers as a walk over the nodes in
+// number order does: the first node with that name wins. A run on a large cluster that asks often enough to
+// have paid for it gets an index of the names; 10,000 names then cost milliseconds instead of seconds.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "cluster/nodelevel.h"
+#include "cluster/zlclusternode.h"
+
+class ZlErrorService;
+
+class ZlClusterInfo {
+public:
+    using NodeSet = std::set<ZlClusterNode, ZlClusterNode::ByNumber>;
+    using NameSet = std::set<std::string>;
+
+    ZlClusterInfo();
+    ~ZlClusterInfo();
+    ZlClusterInfo(const ZlClusterInfo&) = delete;
+    ZlClusterInfo& operator=(const ZlClusterInfo&) = delete;
+
+    static ZlClusterInfo* getInstance();
+
+    // --- nodes and files -------------------------------------------------------------------------------
+
+    static NodeSet* getClusterNodes();
+    static NameSet* getGoodNodes();
+    static NameSet* getBadNodesDefinition();
+
+    // Adds a node for each member line; the first line of a number wins. 1: no lines. Throws
+    // std::out_of_range for a member line that is too short.
+    static int getNodesMap(const NameSet& lines);
+
+    // Reads /var/zelf/gen/zelf.cfg; the first line of a key wins. 0 or 1.
+    static int readZelfCfg();
+
+    // Gives its keys and values, read at first use. Ends the process when it cannot be read.
+    static const std::map<std::string, std::string>& getZelfCfg();
+
+    // Gives the first node, in number order, that the name names; asks "zelfadm host" for a name that the
+    // cluster file does not know. The end of the node set for none.
+    static NodeSet::iterator toNodeIterator(const std::string& name);
+
+    // The same by the cluster file alone.
+    static NodeSet::iterator findNode(const std::string& name);
+
+    // Give what they say for any name of a node; 0 or emptyStrg for no node.
+    static int toNodeNumber(const std::string& name);
+    static const std::string& toAdminLongName(const std::string& name);
+    static const std::string& toAdminShortName(const std::string& name);
+
+    static bool hasNodeRole(const std::string& name, const std::string& role);
+
+    // Give the node's admin long name, as the very string of its node record; emptyStrg when unknown.
+    static const std::string& getLocalNodeName();
+    static const std::string& getManagerNode();
+
+    // Gives the active collector, else the standby collector, else an empty text.
+    static std::string getCollectorNode();
+
+    // Gives the product's name of a release level; the level in decimal when it has none.
+    static std::string releaseLevelToName(nodeLevel_t level);
+
+    // --- node specifications (nodedefinitions.cpp) -----------------------------------------------------
+
+    // Adds the words of a comma-separated list to the set. Blanks are part of a word. 1: null pointer.
+    static int saveNodeDefinition(const char* text, NameSet* words);
+
+    // Resolves the words of `pending`, which ends empty, into admin long names and words that are nothing.
+    // 1: `pending` was empty.
+    static int extractNodes(NameSet* pending, NameSet* resolved, NameSet* unresolved);
+
+    // Add the words of a node file, or of a node class' file, to `pending`. 0, or 1 when the word is none.
+    static int processNodeFile(const std::string& word, NameSet* pending);
+    static int processNodeClass(const std::string& word, NameSet* pending);
+
+    // Divide `in` by the node's release level, or by a role. Unknown nodes go to `rest`. Give the size of
+    // `selected`.
+    static int filterNodes(nodeLevel_t level, const NameSet& in, NameSet* selected, NameSet* rest);
+    static int filterNodes(const std::string& role, const NameSet& in, NameSet* selected, NameSet* rest);
+
+    // Make the node, or the nodes, what "all" stands for, and forget valid and invalid nodes.
+    static void defineAllNode(const std::string& name);
+    static void defineAllNode(const NameSet& nodes);
+
+    // Gives the shell command that creates, changes or deletes a node class; empty without a class name.
+    static std::string getNodeClassCmd(const std::string& name, const std::vector<std::string>& nodes);
+
+    static const std::string NODES_FILE_PATH;
+    static const std::string NODES_FILE_PREFIX;
+    static const std::string NODES_FILE_USER_PREFIX;
+    static const std::string NODES_FILE_IPA;
+    static const std::string ZELFCRCLASS;
+    static const std::string ZELFCHCLASS;
+    static const std::string ZELFDELCLASS;
+
+    static NodeSet* nodesP;
+    static NameSet* nodeDefinitionP;
+    static NameSet* validNodesP;
+    static NameSet* allNodesP;
+    static NameSet* invalidNodeDefinitionsP;
+    static std::map<nodeLevel_t, std::string>* cluserLevelToNameP;
+    static std::map<std::string, std::string>* zelfcfgMapP;
+    static ZlErrorService* errorServiceP;
+    // Bit 0: toNodeIterator() may ask "zelfadm host".
+    static int32_t controlState;
+    static ZlClusterInfo* instanceP;
+
+private:
+    static NodeSet::iterator askHostTool(const std::string& name);
+    static NodeSet::iterator findByIndex(const std::string& name);
+
+    // What the walks of findNode() have cost so far, in nodes; and the index that they pay for.
+    static size_t nodesWalked;
+    static std::unordered_map<std::string_view, NodeSet::iterator>* nameIndexP;
+};

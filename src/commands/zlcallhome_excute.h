@@ -1,0 +1,54 @@
+// The handlers of all verbs, and what they share.
+//
+// A handler returns its status and leaves its words in the userResponse of chServiceP, or ends the process.
+// The arguments of the command are in the argument vector of chServiceP; `args`, the text behind the verb, is
+// empty when the command came from a command line.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+int groupList(char* prompt, char* args, bool interactive);
+int groupAdd(char* prompt, char* args, bool interactive);
+int groupDel(char* prompt, char* args, bool interactive);
+int groupAuto(char* prompt, char* args, bool interactive);
+int capabilityList(char* prompt, char* args, bool interactive);
+int capabilityEnable(char* prompt, char* args, bool interactive);
+int capabilityDisable(char* prompt, char* args, bool interactive);
+int infoList(char* prompt, char* args, bool interactive);
+int infoChange(char* prompt, char* args, bool interactive);
+int proxyEnable(char* prompt, char* args, bool interactive);
+int proxyDisable(char* prompt, char* args, bool interactive);
+int proxyList(char* prompt, char* args, bool interactive);
+int proxyChange(char* prompt, char* args, bool interactive);
+int scheduleList(char* prompt, char* args, bool interactive);
+int scheduleAdd(char* prompt, char* args, bool interactive);
+int scheduleDelete(char* prompt, char* args, bool interactive);
+int runGatherSend(char* prompt, char* args, bool interactive);
+int runSendFile(char* prompt, char* args, bool interactive);
+int statusList(char* prompt, char* args, bool interactive);
+int statusDelete(char* prompt, char* args, bool interactive);
+int testConnection(char* prompt, char* args, bool interactive);
+int zelfmonQuery(char* prompt, char* args, bool interactive);
+
+// Settings by key; their order is the order of the pairs in the request.
+using SettingsMap = std::map<std::string, std::string>;
+
+// True when this node is in a group whose server is older than the monitoring service's requests: the command
+// then goes to the helper program.
+bool isOldMaster();
+
+// Hands the option and value pairs of the command to the monitoring service. 2: there are none.
+int changeSettingsBasedOnOptions();
+
+// Hand settings to the monitoring service, whose answer becomes the result message. Give its client's exit
+// code.
+int changeSettingViaZelfmon(const SettingsMap& settings);
+int changeSettingViaZelfmon(const std::string& key, const std::string& value);
+
+// Shows the table of a list verb: as colon records with -Y, else as text.
+void showList(const std::vector<std::vector<std::string>>& table);
+
+// Gives a copy of `text` with each `what` replaced; what was inserted is not searched again.
+std::string replaceAllSubstrings(std::string text, const std::string& what, const std::string& by);

@@ -1,0 +1,134 @@
+#include "services/zlccrservice.h"
+
+#include <cstdlib>
+
+#include "services/executecmd.h"
+#include "services/zlerrorservice.h"
+#include "services/zlfileio.h"
+#include "services/zlutils.h"
+
+namespace {
+
+constexpr const char* ZELFCCR = "/opt/zelf/bin/zelfccr ";
+
+// Exit codes of "zelfccr fget".
+constexpr int CCR_NO_SUCH_FILE = 149;
+constexpr int CCR_LOCAL_COPY_IS_GOOD = 155;
+
+} // namespace
+
+ZlCcrService::ZlCcrService(const std::string& name, const std::string& directory)
+    : ZlCcrService(name, directory, name)
+{
+    ZL_TRACE();
+}
+
+ZlCcrService::ZlCcrService(const std::string& name, const std::string& directory,
+                           const std::string& localName)
+    : ccrFileName(name), localFile(std::make_unique<ZlFileIO>(directory + "/" + localName))
+{
+    ZL_TRACE();
+}
+
+ZlCcrService::~ZlCcrService()
+{
+    ZL_TRACE();
+}
+
+int ZlCcrService::readCcrFile()
+{
+    ZL_TRACE();
+    const int code = _executeCMD(ZELFCCR + ("fget " + ccrFileName) + " " + localFile->getFileName() +
+                                     " 1>/dev/null 2>/dev/null",
+                                 nullptr);
+    if (code == CCR_NO_SUCH_FILE) {
+        return 1;
+    }
+    if (code != 0 && code != CCR_LOCAL_COPY_IS_GOOD) {
+        return 2;
+    }
+    return localFile->readFile() == 0 ? 0 : 3;
+}
+
+int ZlCcrService::writeCcrFile()
+{
+    ZL_TRACE();
+    if (localFile->writeFile() != 0) {
+        errorServiceP->pushNewMsg("ZlCcrService::writeCcrFile: cannot write ccr file to disk");
+        return 1;
+    }
+    const int code = _executeCMD(ZELFCCR + ("fput " + ccrFileName) + " " + localFile->getFileName() +
+                                     " 1>/dev/null 2>/dev/null",
+                                 nullptr);
+    return code == 0 ? 0 : 1;
+}
+
+int ZlCcrService::setCcr(const std::string& text)
+{
+    ZL_TRACE();
+    return localFile->setData(text);
+}
+
+int ZlCcrService::getCcrData(std::vector<std::string>* lines)
+{
+    ZL_TRACE();
+    return localFile->getData(lines);
+}
+
+std::pair<int, std::string> ZlCcrService::getKeyValue(const std::string& key)
+{
+    ZL_TRACE();
+    std::vector<std::string> lines;
+    if (_executeCMD(ZELFCCR + ("vget " + key), &lines) != 0) {
+        return {0, "invalid key " + key};
+    }
+    const std::string reply = containerToString(lines, emptyStrg);
+    std::vector<std::string> fields;
+    stringToVector(&fields, reply, ":");
+    if (fields.size() <= 2 || reply.back() != '\n') {
+        errorServiceP->pushNewMsg("ZlCcrService::getKeyValue invalid response " + reply);
+        return {-1, emptyStrg};
+    }
+    // A value with a colon leaves no newline in this field, and the range error of erase() ends the run:
+    // better than a lock value cut in two.
+    std::string value = fields[2];
+    value.erase(value.rfind('\n'));
+    return {static_cast<int>(std::strtol(fields[1].c_str(), nullptr, 10)), value};
+}
+
+std::pair<int, std::string> ZlCcrService::setKeyValue(const std::pair<std::string, std::string>& pair,
+                                                      int version)
+{
+    ZL_TRACE();
+    errorServiceP->pushDebugMsg("ZlCcrService::setKeyValue start ");
+    if (version == -1) {
+        version = 0;
+    } else if (version < 0) {
+        return {0, "Invalid version specified: " + toString(version)};
+    }
+    const auto& [key, value] = pair;
+    const int code =
+        _executeCMD(ZELFCCR + ("vput -c " + toString(version)) + " -v " +
+                        toString(static_cast<long>(version) + 1) + " '" + key + "' '" + value + "' 2>&1",
+                    nullptr);
+    const std::string tail = "for (" + key + ", " + value + ") rc = " + toString(code);
+    if (code == 0) {
+        errorServiceP->pushNewMsg("ZlCcrService::setKeyValue success " + tail);
+        return {0, "ccr vput success " + tail};
+    }
+    errorServiceP->pushNewMsg("ZlCcrService::setKeyValue failed wit rc = " + toString(code) + tail);
+    return {1, "ccr vput failed " + tail};
+}
+
+int ZlCcrService::delKey(const std::string& key, int version)
+{
+    ZL_TRACE();
+    const std::string condition = version == -1 ? emptyStrg : "-c " + toString(version) + " ";
+    const int code = _executeCMD(ZELFCCR + ("vdel " + condition) + key, nullptr);
+    if (code == 0) {
+        errorServiceP->pushNewMsg("ZlCcrService::delKey for " + key);
+        return 1;
+    }
+    errorServiceP->pushNewMsg("ZlCcrService::delKey: Value with rc = " + toString(code) + "for " + key);
+    return 0;
+}

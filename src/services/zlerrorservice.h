@@ -1,0 +1,103 @@
+// The trace of the running tool, and its end in the two log files.
+//
+// The service collects three lists of text in memory: messages for the log, messages for the debug log, and
+// the functions entered, with the messages between them. Nothing is written while the tool works.
+// writeTrace() empties the lists into two files below /var/zelf/tmp/: a bounded log that grows over many
+// runs, and a debug log that holds the last run alone. A user who reports a failure hands in both, so their
+// layout and the texts in them are an interface of the tool.
+//
+// The service exists before main(), see boot.cpp. All its data is class-level; the one object is empty and is
+// never deleted, since even the last destructor of a run may trace.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+// Lines pushed since the last write, kept as the one text that goes to the file. A push is an append and
+// makes no object of its own: a run on 10,000 nodes pushes some hundred thousand lines.
+class ZlTraceLines {
+public:
+    void push(std::string_view line)
+    {
+        text.append(line);
+        text.push_back('\n');
+    }
+    void pushIndented(std::string_view line)
+    {
+        text.push_back('\t');
+        push(line);
+    }
+    bool empty() const { return text.empty(); }
+
+    // Hands out all lines, each with its newline, and leaves the list empty.
+    std::string take()
+    {
+        std::string lines;
+        lines.swap(text);
+        return lines;
+    }
+
+private:
+    std::string text;
+};
+
+class ZlErrorService {
+public:
+    // Bits of controlFlags. Neither is ever cleared.
+    enum CONTROL_FLAGS : uint32_t {
+        DEBUG_TO_STDOUT = 1, // pushDebugMsg prints its text as well; set by --debug
+        CHILD_IS_DAEMON = 2, // set for a command whose worker is a daemon
+    };
+
+    ZlErrorService();
+
+    // Gives the singleton, and traces that it was asked for.
+    static ZlErrorService* getInstance();
+
+    // Appends the signature of an operation to the function trace. Use ZL_TRACE().
+    void pushFuncName(std::string_view name);
+
+    // Appends a message to the log, the debug log and, behind a tab, the function trace.
+    void pushNewMsg(std::string_view text);
+
+    // The same without the log; prints the text on standard output too when DEBUG_TO_STDOUT is set.
+    void pushDebugMsg(std::string_view text);
+
+    // Appends the last error to *out and gives 0. A null pointer gives 1, and becomes the last error itself.
+    int getLastError(std::string* out);
+
+    // Replaces the messages of the log by all messages of the debug log: a failed run logs its whole story.
+    void fullLog();
+
+    // Appends the messages to the log file and rewrites the debug log file, then forgets them. An empty list
+    // leaves its file alone. A file that cannot be written loses its section without a word: a full disk must
+    // not change the outcome of a run.
+    void writeTrace();
+
+    std::string getLogFileName();
+
+    // Names the log file: `name` and ".log". Without it the files are named after "zlCliLog.log".
+    void setLogFileName(const std::string& name);
+
+    static ZlErrorService* errorServiceP;
+    static std::map<int, std::string> signalNames;
+    static int32_t signalPid;
+    static int32_t signalValue;
+    static uint32_t controlFlags;
+
+private:
+    static ZlTraceLines errorTrace;
+    static ZlTraceLines debugTrace;
+    static ZlTraceLines functionTrace;
+    static std::string lastError;
+    static std::string logFileName;
+    static std::string logFilePath;
+    static std::string startTime;
+    // Limit of the log file, in bytes, before a section is appended.
+    static constexpr uint32_t maxSizeLogfile = 100000;
+};
+
+// The head of every operation: its signature enters the function trace.
+#define ZL_TRACE() ZlErrorService::errorServiceP->pushFuncName(__PRETTY_FUNCTION__)

@@ -1,0 +1,278 @@
+#include "services/zlfileio.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <unistd.h>
+
+#include "services/zlerrorservice.h"
+#include "services/zltime.h"
+#include "services/zlutils.h"
+
+ZlFileIO::ZlFileIO()
+{
+    ZL_TRACE();
+}
+
+ZlFileIO::ZlFileIO(const std::string& name) : fileName(name)
+{
+    ZL_TRACE();
+}
+
+int ZlFileIO::setFileName(const std::string& name)
+{
+    ZL_TRACE();
+    fileName = name;
+    return 0;
+}
+
+const std::string& ZlFileIO::getFileName()
+{
+    ZL_TRACE();
+    return fileName;
+}
+
+int ZlFileIO::getSize()
+{
+    ZL_TRACE();
+    return static_cast<int>(buffer.size());
+}
+
+namespace {
+
+// Reads all bytes of an open file. False, with errno, when the system refuses a read: a directory, say.
+bool readAll(int file, std::vector<char>& bytes)
+{
+    constexpr size_t piece = 65536;
+    size_t used = 0;
+    for (;;) {
+        if (bytes.size() - used < piece) {
+            bytes.resize(std::max(2 * bytes.size(), used + piece));
+        }
+        const ssize_t got = read(file, bytes.data() + used, bytes.size() - used);
+        if (got < 0 && errno != EINTR) {
+            return false;
+        }
+        if (got == 0) {
+            bytes.resize(used);
+            return true;
+        }
+        used += static_cast<size_t>(std::max<ssize_t>(got, 0));
+    }
+}
+
+} // namespace
+
+int ZlFileIO::readFile()
+{
+    ZL_TRACE();
+    ZlTime duration;
+    duration.start();
+    const std::string failure = "error while open file for read: <" + fileName + ">";
+    const int file = open(fileName.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) {
+        return ioError(failure);
+    }
+    std::vector<char> bytes;
+    struct stat status {};
+    if (fstat(file, &status) == 0 && status.st_size > 0) {
+        bytes.resize(static_cast<size_t>(status.st_size) + 65536);
+    }
+    if (!readAll(file, bytes)) {
+        const int result = ioError(failure);
+        close(file);
+        return result;
+    }
+    close(file);
+    buffer.swap(bytes);
+    duration.stop();
+    errorServiceP->pushDebugMsg("ZlFileIO::readFile: file: " + fileName +
+                                " duration: " + duration.getTimeStr());
+    return 0;
+}
+
+int ZlFileIO::writeFile()
+{
+    ZL_TRACE();
+    ZlTime duration;
+    duration.start();
+    // The line says "readFile" in a write too: trace readers match it for both.
+    const auto traceDuration = [&] {
+        duration.stop();
+        errorServiceP->pushDebugMsg("ZlFileIO::readFile: file: " + fileName +
+                                    " duration: " + duration.getTimeStr());
+    };
+    if (fileName.empty()) {
+        traceDuration();
+        errorServiceP->pushNewMsg("ZlFileIO::writeFile: no file name defined.");
+        return 1;
+    }
+    std::ofstream file(fileName, std::ios::binary | std::ios::trunc);
+    if (!file) {
+        traceDuration();
+        return ioError("error while open file for write: <" + fileName + ">");
+    }
+    errorServiceP->pushNewMsg("ZlFileIO::writeFile: try to write: <" + fileName + ">");
+    file.write(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+    file.flush();
+    file.close();
+    traceDuration();
+    return ioError("ZlFileIO::writeFile: " + fileName);
+}
+
+int ZlFileIO::statFile()
+{
+    ZL_TRACE();
+    if (!fileName.empty() && stat(fileName.c_str(), fileStatP) == 0) {
+        return 0;
+    }
+    return ioError("ZlFileIO::statFile: failed to get stats for file '" + fileName + "'");
+}
+
+int ZlFileIO::removeFile()
+{
+    ZL_TRACE();
+    if (unlink(fileName.c_str()) != 0) {
+        return ioError("Error while deleting file");
+    }
+    return 0;
+}
+
+int ZlFileIO::ioError(const std::string& text)
+{
+    ZL_TRACE();
+    const int number = errno;
+    errorServiceP->pushNewMsg(number != 0 ? text + " failed. Reason: " + std::strerror(number)
+                                          : text + " passed.");
+    errno = number;
+    return number;
+}
+
+int ZlFileIO::setData(const std::string& text)
+{
+    ZL_TRACE();
+    return setData(text.data(), static_cast<int>(text.size()));
+}
+
+int ZlFileIO::setData(const char* bytes, int length)
+{
+    ZL_TRACE();
+    if (bytes == nullptr) {
+        errorServiceP->pushNewMsg("ZlFileIO::setData: const char* is null pointer.");
+        return 1;
+    }
+    buffer.assign(bytes, bytes + length);
+    return 0;
+}
+
+int ZlFileIO::setData(const std::set<std::string>* lines)
+{
+    ZL_TRACE();
+    if (lines == nullptr) {
+        errorServiceP->pushNewMsg("ZlFileIO::setData: Parameter is NULL.");
+        return 1;
+    }
+    buffer.clear();
+    for (const std::string& line : *lines) {
+        buffer.insert(buffer.end(), line.begin(), line.end());
+        buffer.push_back('\n');
+    }
+    return 0;
+}
+
+void ZlFileIO::append(const std::string& text)
+{
+    ZL_TRACE();
+    buffer.insert(buffer.end(), text.begin(), text.end());
+}
+
+int ZlFileIO::append(const char* bytes, int length)
+{
+    ZL_TRACE();
+    if (bytes == nullptr) {
+        errorServiceP->pushNewMsg("ZlFileIO::append: const char* is null pointer.");
+        return 1;
+    }
+    buffer.insert(buffer.end(), bytes, bytes + length);
+    return 0;
+}
+
+int ZlFileIO::prepend(const std::string& text)
+{
+    ZL_TRACE();
+    return prepend(text.data(), static_cast<int>(text.size()));
+}
+
+int ZlFileIO::prepend(const char* bytes, int length)
+{
+    ZL_TRACE();
+    if (bytes == nullptr) {
+        errorServiceP->pushNewMsg("ZlFileIO::prepend: const char* is null pointer.");
+        return 1;
+    }
+    // Trace readers match "append" here.
+    errorServiceP->pushNewMsg("ZlFileIO::prepend: try to append " + toString(length) + " bytes");
+    buffer.insert(buffer.begin(), bytes, bytes + length);
+    errorServiceP->pushNewMsg("ZlFileIO::prepend: done");
+    return 0;
+}
+
+int ZlFileIO::getData(const char** bytes, int* length)
+{
+    ZL_TRACE();
+    if (buffer.empty()) {
+        errorServiceP->pushNewMsg("ZlFileIO::getData: getData failed. No data available.");
+        return 1;
+    }
+    *bytes = buffer.data();
+    *length = static_cast<int>(buffer.size());
+    return 0;
+}
+
+int ZlFileIO::getData(std::string* text)
+{
+    ZL_TRACE();
+    if (text == nullptr) {
+        return 1;
+    }
+    text->assign(buffer.begin(), buffer.end());
+    return 0;
+}
+
+int ZlFileIO::getData(std::vector<std::string>* lines)
+{
+    ZL_TRACE();
+    return forEachLine(lines != nullptr,
+                       [lines](const char* begin, const char* end) { lines->emplace_back(begin, end); });
+}
+
+int ZlFileIO::getData(std::set<std::string>* lines)
+{
+    ZL_TRACE();
+    // Most of the cluster's files are sorted already, so the end is a good guess for the place.
+    return forEachLine(lines != nullptr, [lines](const char* begin, const char* end) {
+        lines->emplace_hint(lines->end(), begin, end);
+    });
+}
+
+template <typename Add>
+int ZlFileIO::forEachLine(bool haveContainer, Add add)
+{
+    if (!haveContainer) {
+        errorServiceP->pushNewMsg("ZlFileIO::getData: Parameter is NULL.");
+        return 1;
+    }
+    if (buffer.empty()) {
+        errorServiceP->pushNewMsg("ZlFileIO::getData: No data available.");
+        return 2;
+    }
+    const char* const end = buffer.data() + buffer.size();
+    for (const char* line = buffer.data(); line != end;) {
+        const char* lineEnd = std::find(line, end, '\n');
+        add(line, lineEnd);
+        line = lineEnd == end ? end : lineEnd + 1;
+    }
+    return 0;
+}

@@ -1,0 +1,91 @@
+// Text utilities: free functions on bytes, with no state and no trace.
+//
+// Several of them have edges that configuration files, forwarded command lines and argument checks are built
+// on; each edge is named here. Predicates give 1 for true and 0 for false.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Blank, tab, newline, vertical tab, form feed, carriage return.
+extern const std::string whitespace;
+extern const std::string emptyStrg;
+
+// Removes leading bytes that are in `set`; a text of nothing else stays as it is.
+void trimLeft(std::string& text, const std::string& set);
+
+// Removes trailing bytes that are in `set`, unless at most the first byte would stay: "a  " stays, "ab  " is
+// cut.
+void trimRight(std::string& text, const std::string& set);
+
+// trimLeft, then trimRight.
+void trim(std::string& text, const std::string& set);
+
+void toLower(std::string& text);
+void toUpper(std::string& text);
+
+// Replaces each `from` that begins within the length that `text` had on entry. Gives the number of
+// replacements.
+int replaceAllSubstrg(std::string& text, const std::string& from, const std::string& to);
+
+// Cuts `line` at its first byte out of `delimiters` and trims both halves. 2: no delimiter, nothing changed.
+int stringToKeyValue(std::string& key, std::string& value, const std::string& line,
+                     const std::string& delimiters);
+
+// Replace the container by the pieces of `text` between bytes out of `delimiter`, empty pieces included. The
+// search resumes behind the hit by the length of `delimiter`. 1: null pointer.
+int stringToVector(std::vector<std::string>* list, const std::string& text, const std::string& delimiter);
+int stringToSet(std::set<std::string>* set, const std::string& text, const std::string& delimiter);
+
+// Adds the pieces of `text` between whole delimiters to the list. 1: null pointer.
+int stringListToContainer(const std::string& text, const std::string& delimiter,
+                          std::vector<std::string>* list);
+
+// Gives the pieces of `text` between whole delimiters, empty pieces included.
+std::vector<std::string> split(const std::string& text, const std::string& delimiter);
+
+std::string containerToString(const std::vector<std::string>& list, const std::string& separator);
+
+std::string toString(int value);
+std::string toString(unsigned int value);
+std::string toString(long value);
+std::string toString(unsigned long value);
+std::string toString(bool value); // 0 or 1
+std::string toString(const std::string& value);
+std::string toString(const std::vector<std::string>& list, const std::string& separator);
+std::string toString(const std::set<std::string>& set, const std::string& separator);
+
+// Gives a pointer to the value, null when the key is missing.
+const std::string* getValue(const std::map<std::string, std::string>& map, const std::string& key);
+
+// Writes each byte of `in` that occurs in `set` as a percent sign and two upper-case hexadecimal digits.
+void percentEncode(std::string& out, const std::string& in, std::string_view set);
+void percentEncode(std::vector<std::string>& out, const std::vector<std::string>& in, std::string_view set);
+
+// Undoes any percentEncode. Two bytes behind a percent sign are read as strtol does; none that are digits
+// give a zero byte. Throws std::out_of_range when a percent sign stands less than two bytes from the end.
+void percentDecode(std::string& out, const std::string& in);
+
+// An optional sign, digits, at most one "." which is not last. The first byte is not examined: "a12" passes.
+int isDecimal(const std::string& text);
+int isUnsingedDecimal(const std::string& text);
+
+// A 32-bit number in the very form in which toString writes it: "+5", "05", "-0" and "" fail.
+int isInt(const std::string& text);
+
+// Letters only; the empty text passes.
+int isStringAlpha(const std::string& text);
+
+// A support case number: "TS" and nine more bytes, or ddddd.ccc.ddd with digits d and digits or capitals c.
+int isStringPMR(const std::string& text);
+
+// Gives the file's size in bytes, -1 when it cannot be opened.
+long getFileSize(const std::string& path);
+
+// Gives the free bytes of the file system that holds `path`, the share reserved for root included
+// (statvfs(3), f_bfree); 0 when it cannot be asked.
+uint64_t getFreeDiskSpace(const std::string& path);

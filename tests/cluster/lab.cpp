@@ -1,0 +1,107 @@
+#include "lab.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+std::string labFolder()
+{
+    return "/tmp/zelfhome-test-lab." + std::to_string(getpid());
+}
+
+std::string readAll(const std::string& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+class LabEnvironment : public testing::Environment {
+public:
+    void SetUp() override
+    {
+        setenv("ZELFLAB_DIR", labFolder().c_str(), 1);
+        setenv("ZELFHOME", ZELFHOME_TOOL, 1);
+        const Outcome up = lab("up 3");
+        ASSERT_EQ(up.status, 0) << up.err;
+    }
+
+    // What the lab leaves behind is a fault of its own.
+    void TearDown() override
+    {
+        const Outcome down = lab("down");
+        EXPECT_EQ(down.status, 0) << down.err;
+        EXPECT_NE(access(labFolder().c_str(), F_OK), 0);
+        EXPECT_EQ(runShell("grep -l 'zelflab-' /proc/[0-9]*/mountinfo 2>/dev/null").out, "");
+    }
+};
+
+[[maybe_unused]] const auto* const environment = testing::AddGlobalTestEnvironment(new LabEnvironment);
+
+} // namespace
+
+Outcome runShell(const std::string& command)
+{
+    const std::string errFile = "/tmp/zelfhome-test-err." + std::to_string(getpid());
+    Outcome outcome;
+    FILE* pipe = popen(("(" + command + ") </dev/null 2>" + errFile).c_str(), "r");
+    if (pipe == nullptr) {
+        return outcome;
+    }
+    std::array<char, 4096> buffer{};
+    for (size_t got = 0; (got = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;) {
+        outcome.out.append(buffer.data(), got);
+    }
+    outcome.status = WEXITSTATUS(pclose(pipe));
+    outcome.err = readAll(errFile);
+    unlink(errFile.c_str());
+    return outcome;
+}
+
+Outcome lab(const std::string& arguments)
+{
+    return runShell(ZELFHOME_SOURCE_DIR "/lab/zelflab " + arguments);
+}
+
+Outcome onNode(const std::string& node, const std::string& command)
+{
+    return lab("exec " + node + " bash -c " + quoted(command));
+}
+
+void seed(const std::string& text)
+{
+    const Outcome done =
+        runShell("printf %s " + quoted(text) + " | " ZELFHOME_SOURCE_DIR "/lab/zelflab seed /dev/stdin");
+    ASSERT_EQ(done.status, 0) << done.err;
+}
+
+std::string oneGroup(const std::string& masterReleaseVersion)
+{
+    return "<callhomeTopology>\n"
+           "    <callhomeGroup>\n"
+           "        callhomeChildNodes = node1.zelf.test,node2.zelf.test\n"
+           "        callhomeNode = node1.zelf.test\n"
+           "        enabled = true\n"
+           "        masterReleaseVersion = " +
+           masterReleaseVersion +
+           "\n"
+           "        name = west\n"
+           "    </callhomeGroup>\n"
+           "</callhomeTopology>\n";
+}
+
+std::string quoted(const std::string& text)
+{
+    std::string word = "'";
+    for (const char byte : text) {
+        word += byte == '\'' ? "'\\''" : std::string(1, byte);
+    }
+    return word + "'";
+}

@@ -1,0 +1,28 @@
+// The lab's cluster for a test program: raised ahead of the first test, taken down behind the last.
+#pragma once
+
+#include <string>
+
+struct Outcome {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+// Runs a shell command on this machine.
+Outcome runShell(const std::string& command);
+
+// Runs "zelflab" with arguments.
+Outcome lab(const std::string& arguments);
+
+// Runs a shell command on a node of the lab.
+Outcome onNode(const std::string& node, const std::string& command);
+
+// Makes `text` the cluster's call-home configuration.
+void seed(const std::string& text);
+
+// Gives a configuration with one group: node1 the server, node1 and node2 the children.
+std::string oneGroup(const std::string& masterReleaseVersion);
+
+// Gives the text as one word of the shell.
+std::string quoted(const std::string& text);
