@@ -97,6 +97,14 @@ public:
     // Brings the node classes of servers and clients in line with the configuration.
     void setCallhomeNodeClasses();
 
+    // --- progress records (zlcallhome_progress.cpp) ----------------------------------------------------
+
+    // Adds a row for each run of the task to `rows`, the newest first: group, task, start time, status;
+    // return code, data id and original file name with STATUS_VERBOSE; package file name. 1: the task's file
+    // cannot be read. Throws std::out_of_range, without STATUS_VERBOSE, for a package not named by the
+    // gathering tools.
+    int readProgressFile(const std::string& task, std::vector<std::vector<std::string>>& rows) const;
+
     // --- roads to the monitoring service (zlcallhome_monitor.cpp) --------------------------------------
 
     // Runs a request of the monitoring client on this group's server. Gives the exit code of what was run.

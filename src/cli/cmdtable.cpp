@@ -211,11 +211,6 @@ int runCmd(char* prompt, char* args, bool interactive)
     return runSubject(runHelpMsg, runCmdTable, prompt, args, interactive);
 }
 
-int statusCmd(char* prompt, char* args, bool interactive)
-{
-    return runSubject(statusHelpMsg, statusCmdTable, prompt, args, interactive);
-}
-
 int testCmd(char* prompt, char* args, bool interactive)
 {
     return runSubject(testHelpMsg, testCmdTable, prompt, args, interactive);

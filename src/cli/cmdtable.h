@@ -61,7 +61,8 @@ int mapOption(char* text, const char* from, const char* to);
 int helpCmd(char* prompt, char* args, bool interactive);
 int usage(char* prompt, char* args, bool interactive);
 
-// The subject handlers: each sets helpMsg and walks its own table.
+// The subject handlers: each sets helpMsg and walks its own table. statusCmd also guards its subject, see
+// commands/status.cpp.
 int groupCmd(char* prompt, char* args, bool interactive);
 int capabilityCmd(char* prompt, char* args, bool interactive);
 int infoCmd(char* prompt, char* args, bool interactive);

@@ -55,7 +55,7 @@ public:
     // of bad options. Ends the process at an illegal character.
     int parseCmdLine(int argc, char** argv);
 
-    // Resolves a node specification into the valid and invalid nodes of ZlClusterInfo, with a message for
+    // Resolves a node definition into the valid and invalid nodes of ZlClusterInfo, with a message for
     // each word that is no node.
     void resolveNodeDefinition(const char* text);
 
@@ -125,7 +125,7 @@ public:
 
     std::string getShellCmdOptions() const;
 
-    // Ends the process when the node specification of the command line came to nothing, or had a bad word.
+    // Ends the process when the node definition of the command line came to nothing, or had a bad word.
     void checkResolvedNodes(const std::string& text);
 
     // Adds a message for each word that is no node; gives their number.

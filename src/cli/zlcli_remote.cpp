@@ -332,7 +332,7 @@ void ZlCli::checkResolvedNodes(const std::string& text)
 {
     ZL_TRACE();
     if (!doRemoteExecution() && !hasAnyParserResultBits(PARSER_ALL_NODES | PARSER_NODE_LIST)) {
-        errorServiceP->pushDebugMsg("ZlCli::checkResolvedNodes: no node specification.");
+        errorServiceP->pushDebugMsg("ZlCli::checkResolvedNodes: no node definition.");
         return;
     }
     const std::set<std::string>* valid = ZlClusterInfo::getGoodNodes();

@@ -51,7 +51,7 @@ bool isCountryCode(const std::string& arg)
            std::all_of(arg.begin(), arg.end(), [](char byte) { return byte >= 'A' && byte <= 'Z'; });
 }
 
-// Resolves a node specification and rewrites it to the resolved names. Each node must have `role`, if any.
+// Resolves a node definition and rewrites it to the resolved names. Each node must have `role`, if any.
 bool resolveNodes(std::string& arg, const std::string& role)
 {
     const ZlNodesDefinition nodes(arg);

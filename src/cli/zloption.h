@@ -34,7 +34,7 @@ public:
     // By name: a name is unique within a command.
     bool operator<(const ZlOption& other) const;
 
-    // Tells whether the value fits the type. Rewrites node specifications to the names that they resolve to,
+    // Tells whether the value fits the type. Rewrites node definitions to the names that they resolve to,
     // and may change the option's own type: call it on a copy.
     bool checkArgType(std::string& arg);
 

@@ -1,4 +1,4 @@
-// Node specifications: the operations of ZlClusterInfo that resolve and narrow what a user names, and the
+// Node definitions: the operations of ZlClusterInfo that resolve and narrow what a user names, and the
 // command that changes a node class.
 #include "cluster/zlclusterinfo.h"
 

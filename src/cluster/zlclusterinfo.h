@@ -1,5 +1,5 @@
 // The tool's picture of the cluster: which nodes exist and under which names, which node this is, which one
-// is the cluster manager and which the active collector; and how a node specification of the user resolves.
+// is the cluster manager and which the active collector; and how a node definition of the user resolves.
 //
 // All data is class-level and there is one instance. The cluster definition file is read when it is made,
 // ahead of main(), see boot.cpp; a file that cannot be read ends the process there.
@@ -72,7 +72,7 @@ public:
     // Gives the product's name of a release level; the level in decimal when it has none.
     static std::string releaseLevelToName(nodeLevel_t level);
 
-    // --- node specifications (nodedefinitions.cpp) -----------------------------------------------------
+    // --- node definitions (nodedefinitions.cpp) -----------------------------------------------------
 
     // Adds the words of a comma-separated list to the set. Blanks are part of a word. 1: null pointer.
     static int saveNodeDefinition(const char* text, NameSet* words);

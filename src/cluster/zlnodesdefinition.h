@@ -1,4 +1,4 @@
-// One node specification, resolved: a comma-separated list of node numbers, names, addresses, node classes
+// One node definition, resolved: a comma-separated list of node numbers, names, addresses, node classes
 // and paths of node files. The node sets of the process (ZlClusterInfo) are left alone.
 #pragma once
 

@@ -12,6 +12,12 @@ bool isOldMaster()
            chServiceP->isCurrNodeInCallhomeGroup() != 0;
 }
 
+int forwardToHelper(const std::string& subject, const std::string& verb, const char* args)
+{
+    ZL_TRACE();
+    return chServiceP->executeCHcmd(subject, verb, args, nullptr, emptyStrg);
+}
+
 int changeSettingsBasedOnOptions()
 {
     ZL_TRACE();
@@ -50,6 +56,27 @@ int changeSettingViaZelfmon(const std::string& key, const std::string& value)
 {
     ZL_TRACE();
     return changeSettingViaZelfmon(SettingsMap{{key, value}});
+}
+
+std::vector<TableRow>
+tableOfSections(const TableRow& header,
+                const std::function<void(const std::string& name, const SectionMap& section,
+                                         std::vector<TableRow>& rows)>& addRows)
+{
+    ZL_TRACE();
+    std::vector<TableRow> table = {header};
+    std::vector<TableRow> groupRows;
+    for (const auto& [name, section] : chServiceP->config) {
+        addRows(name, section, name == ZlCallhome::GLOBAL_LABEL ? table : groupRows);
+    }
+    table.insert(table.end(), groupRows.begin(), groupRows.end());
+    return table;
+}
+
+std::string cell(const SectionMap& section, const std::string& key)
+{
+    const std::string* value = getValue(section, key);
+    return value == nullptr ? emptyStrg : *value;
 }
 
 void showList(const PlainTable& table)

@@ -5,6 +5,7 @@
 // empty when the command came from a command line.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -39,6 +40,9 @@ using SettingsMap = std::map<std::string, std::string>;
 // then goes to the helper program.
 bool isOldMaster();
 
+// Hands the command to the helper program on this node. Gives its exit code.
+int forwardToHelper(const std::string& subject, const std::string& verb, const char* args);
+
 // Hands the option and value pairs of the command to the monitoring service. 2: there are none.
 int changeSettingsBasedOnOptions();
 
@@ -46,6 +50,30 @@ int changeSettingsBasedOnOptions();
 // code.
 int changeSettingViaZelfmon(const SettingsMap& settings);
 int changeSettingViaZelfmon(const std::string& key, const std::string& value);
+
+using TableRow = std::vector<std::string>;
+using SectionMap = std::map<std::string, std::string>;
+
+// Gives the table of a list verb over the configuration: the header, the rows that `addRows` makes of the
+// section "global", then those of the groups in the order of their names.
+std::vector<TableRow>
+tableOfSections(const TableRow& header,
+                const std::function<void(const std::string& name, const SectionMap& section,
+                                         std::vector<TableRow>& rows)>& addRows);
+
+// Gives a cell: the section's value of the key, empty when it has none.
+std::string cell(const SectionMap& section, const std::string& key);
+
+// What a node outside every group hears.
+constexpr const char* NO_CALLHOME_NODE =
+    "Failed to obtain a valid call home node.\n"
+    "A call home group for this node needs to be defined using group command.";
+
+// Rewrites the task words in the text behind a verb as the helper program knows them.
+void mapTaskWords(char* args);
+
+// Tells whether a run may begin on this node: 0, or 1 with the reason as result message.
+int runCmdPreCheck();
 
 // Shows the table of a list verb: as colon records with -Y, else as text.
 void showList(const std::vector<std::vector<std::string>>& table);
