@@ -1,0 +1,242 @@
+// zelfhome run SendFile: one file for the support service.
+//
+// With a case number the tool moves the data itself: it asks the monitoring service on the call home node how
+// large the pieces may be, cuts the file into chunk files, copies each to that node and has the service
+// upload it. The parent reports the job and returns at once; a detached child does the rest, which may take
+// hours. The record of its outcome is the service's job.
+#include "commands/zlcallhome_excute.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fcntl.h>
+#include <iostream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "callhome/zlcallhome.h"
+#include "cli/cmdtable.h"
+#include "commands/colonformat.h"
+#include "services/zlerrorservice.h"
+#include "services/zlutils.h"
+
+namespace {
+
+struct SendJob {
+    std::string path;
+    std::string caseNumber;
+    int64_t fileSize = 0;
+    std::string dumpDirectory; // of chunk files, alike on this node and on the call home node
+    std::string callhomeNode;
+    bool isCallhomeNode = false;
+    std::string chunkSizeText;
+    int64_t chunkSize = 0;
+    std::string jobId;
+    std::vector<std::string> reply; // to the query that set up the job
+
+    std::string chunkPath(int32_t index) const
+    {
+        return dumpDirectory + "/callhomeChunk_" + jobId + "_" + toString(index);
+    }
+};
+
+// Ends the process with 1.
+[[noreturn]] void giveUp(const std::string& reason)
+{
+    chServiceP->userResponse = reason;
+    chServiceP->terminateProgram(1);
+}
+
+// --- ahead of the fork: every failure is the user's to see -----------------------------------------------
+
+// Takes file and case number out of the arguments; the file's option may be mapped or not.
+void readArguments(SendJob& job)
+{
+    const std::vector<std::string>& args = chServiceP->getCmdOptionVector();
+    for (size_t i = 0; i + 1 < args.size(); ++i) {
+        if (args[i] == "--file" || args[i] == "-F") {
+            job.path = args[++i];
+        } else if (args[i] == "--pmr") {
+            job.caseNumber = args[++i];
+        }
+    }
+}
+
+// Gives the folder for chunk files, as the daemon's configuration names it.
+std::string findDumpDirectory()
+{
+    std::vector<std::string> lines;
+    if (chServiceP->executeCMD("/opt/zelf/bin/zelfdiag --config -Y", &lines) != 0) {
+        giveUp("Could not read the cluster configuration");
+    }
+    std::string directory;
+    for (const ColonRecord& record : parseColonFormat(lines, COLON_HEADER)) {
+        if (cell(record, "name") == "dataStructureDump") {
+            directory = cell(record, "value");
+        }
+    }
+    if (directory.empty()) {
+        giveUp("Could not determine the value of dataStructureDump");
+    }
+    return directory;
+}
+
+// Has the monitoring service set up the job: chunk size and job id.
+void setUp(SendJob& job)
+{
+    const std::string query = "computeChunkSize " + toString(job.fileSize) + " " +
+                              toString(getFreeDiskSpace(job.dumpDirectory)) + " SendPMRData " + job.path +
+                              " " + job.caseNumber + " -Y";
+    if (chServiceP->runZelfmonCmdOnCallhomeNode(query, &job.reply) != 0) {
+        giveUp("Failed while executing a query to sysmonitor");
+    }
+    const std::vector<ColonRecord> records = parseColonFormat(job.reply, COLON_HEADER);
+    if (!records.empty()) {
+        job.chunkSizeText = cell(records.front(), "Chunk size");
+        job.chunkSize = std::strtoll(job.chunkSizeText.c_str(), nullptr, 10);
+        job.jobId = cell(records.front(), "Job ID");
+    }
+    if (job.jobId.empty() || job.chunkSize <= 0) {
+        giveUp("Received wrong results from the sysmonitor when querying for a chunk size");
+    }
+}
+
+void report(const SendJob& job)
+{
+    if (chServiceP->getMachineReadableOutput()) {
+        // Each line brought its own line end, and scripts know the blank lines.
+        std::cout << containerToString(job.reply, "\n");
+    } else {
+        std::cout << "Task initialized.\nChunk size: " << job.chunkSizeText << "\nJob ID: " << job.jobId
+                  << "\n";
+    }
+    chServiceP->userResponse = "silent";
+}
+
+// --- the child: nobody is there to see a failure ---------------------------------------------------------
+
+// Leaves the session and the streams of the parent. False when a stream cannot be reopened.
+bool detach()
+{
+    setsid();
+    const bool in = std::freopen("/dev/null", "r", stdin) != nullptr;
+    const bool out = std::freopen("/dev/null", "w", stdout) != nullptr;
+    const bool err = std::freopen("/dev/null", "w", stderr) != nullptr;
+    return in && out && err;
+}
+
+// An open file, closed at the end of its life.
+class OpenFile {
+public:
+    OpenFile(const std::string& path, int flags) : descriptor(open(path.c_str(), flags | O_CLOEXEC, 0666)) {}
+    ~OpenFile()
+    {
+        if (descriptor >= 0) {
+            close(descriptor);
+        }
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    int get() const { return descriptor; }
+
+private:
+    int descriptor;
+};
+
+// Copies `length` bytes from `offset` on into a new chunk file, or as many as there are. A chunk that is cut
+// short, by a full disk or a file that shrinks, is the service's to find out.
+void cutChunk(const OpenFile& source, int64_t offset, int64_t length, const std::string& chunkPath,
+              std::vector<char>& buffer)
+{
+    const OpenFile chunk(chunkPath, O_WRONLY | O_CREAT | O_TRUNC);
+    while (length > 0) {
+        const auto piece = std::min<int64_t>(length, static_cast<int64_t>(buffer.size()));
+        const ssize_t got = pread(source.get(), buffer.data(), static_cast<size_t>(piece), offset);
+        if (got <= 0 || write(chunk.get(), buffer.data(), static_cast<size_t>(got)) != got) {
+            return;
+        }
+        offset += got;
+        length -= got;
+    }
+}
+
+// Moves the chunks, one after another: the next is not cut before the service has answered on this one.
+void sendChunks(const SendJob& job)
+{
+    constexpr int64_t BUFFER_SIZE = 1 << 20;
+    // Chunk files have all permission bits: the service may run as another user.
+    umask(0);
+    const auto chunkCount =
+        static_cast<int32_t>(job.fileSize / job.chunkSize + (job.fileSize % job.chunkSize != 0 ? 1 : 0));
+    const OpenFile source(job.path, O_RDONLY);
+    std::vector<char> buffer(static_cast<size_t>(std::min(BUFFER_SIZE, job.chunkSize)));
+    std::vector<std::string> output;
+    for (int32_t index = 0; index < chunkCount; ++index) {
+        const int64_t offset = index * job.chunkSize;
+        const std::string chunk = job.chunkPath(index);
+        cutChunk(source, offset, job.chunkSize, chunk, buffer);
+        if (!job.isCallhomeNode) {
+            chServiceP->executeCMD("/usr/bin/scp " + chunk + " " + job.callhomeNode + ":" + job.dumpDirectory,
+                                   &output);
+            unlink(chunk.c_str());
+        }
+        chServiceP->runZelfmonCmdOnCallhomeNode(
+            "sendChunk " + job.jobId + " " + chunk + " " + toString(offset) + " --wait 86400", &output);
+    }
+}
+
+int runChild(const SendJob& job)
+{
+    if (!detach()) {
+        ZlErrorService::errorServiceP->pushNewMsg("Could not detach the tty");
+        return 1;
+    }
+    sendChunks(job);
+    chServiceP->userResponse = "silent";
+    chServiceP->terminateProgram(0);
+}
+
+int sendForCase()
+{
+    SendJob job;
+    job.callhomeNode = chServiceP->getCallhomeNode();
+    if (chServiceP->getThisGroupMasterVersion() < ZelfVersion(MONITORING_ROUTE_VERSION)) {
+        chServiceP->userResponse = "The release level of the callhome node " + job.callhomeNode +
+                                   " is too low for this operation (required 4.2.3.7+)";
+        chServiceP->execCmdRc = 1;
+        return 1;
+    }
+    readArguments(job);
+    job.fileSize = getFileSize(job.path);
+    if (job.fileSize == -1) {
+        giveUp("Could not read the specified file");
+    }
+    job.dumpDirectory = findDumpDirectory();
+    job.isCallhomeNode = chServiceP->getLocalNodeName() == job.callhomeNode;
+    setUp(job);
+
+    // What stands in the streams' buffers belongs to the parent.
+    std::cout.flush();
+    std::fflush(nullptr);
+    if (fork() == 0) {
+        return runChild(job);
+    }
+    report(job);
+    return 0;
+}
+
+} // namespace
+
+int runSendFile(char* /*prompt*/, char* args, bool /*interactive*/)
+{
+    ZL_TRACE();
+    mapOption(args, "--file", "-F");
+    if (runCmdPreCheck() != 0) {
+        return 1;
+    }
+    const std::vector<std::string>& options = chServiceP->getCmdOptionVector();
+    if (std::find(options.begin(), options.end(), "--pmr") == options.end()) {
+        // The helper program's spelling of the verb.
+        return forwardToHelper("run", "sendFile", args);
+    }
+    return sendForCase();
+}
