@@ -44,10 +44,14 @@ int main(int argc, char** argv)
     errno = 0;
     auto* callhome = new ZlCallhome(argc, argv);
     chServiceP = callhome;
-    callhome->setRemoteExecution(belongsToCallhomeNode(*callhome));
+    callhome->setRemoteExecution(false);
+    if (belongsToCallhomeNode(*callhome)) {
+        callhome->setRemoteExecution(true);
+    }
     const int result = callhome->doRemoteExecution() ? forward(*callhome) : runHere(*callhome);
     callhome->execCmdRc = result;
     delete callhome;
     chServiceP = nullptr;
+    progname = nullptr;
     return result;
 }

@@ -137,8 +137,9 @@ private:
     void declareCommands(ZlCmd& stencil);
     [[noreturn]] void failConfig(const std::string& reason);
 
-    std::unique_ptr<ZlCcrService> ccrService;
+    // Deleted from the last to the first.
     std::unique_ptr<ZlCallhomeExecute> execute;
+    std::unique_ptr<ZlCcrService> ccrService;
     int32_t groupCount = 0;
     std::string callhomeNode;
 };

@@ -1,5 +1,6 @@
 #include "cli/cmdtable.h"
 
+#include <array>
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
@@ -308,18 +309,20 @@ int executeCommand(char* prompt, char* cmdLine, const cmdTableRow* table, bool i
         return processCmd(prompt, cmdLine, table, interactive);
     }
     const bool isTerminal = isatty(fileno(stdin)) != 0;
+    // A line of its own: a loop within a loop has only the rest of the outer one's line.
+    std::array<char, CMD_LINE_SIZE> line{};
     int result = 0;
     while (result >= 0) {
         std::fflush(stderr);
         std::cout << "\n" << prompt << "> " << std::flush;
-        if (std::fgets(cmdLine, CMD_LINE_SIZE, stdin) == nullptr) {
+        if (std::fgets(line.data(), static_cast<int>(line.size()), stdin) == nullptr) {
             std::exit(0);
         }
-        cmdLine[std::strcspn(cmdLine, "\n")] = '\0';
+        line[std::strcspn(line.data(), "\n")] = '\0';
         if (!isTerminal) {
-            std::cout << cmdLine << "\n";
+            std::cout << line.data() << "\n";
         }
-        result = processCmd(prompt, cmdLine, table, true);
+        result = processCmd(prompt, line.data(), table, true);
     }
     return 0;
 }

@@ -2,6 +2,8 @@
 // usage texts.
 #pragma once
 
+#include <cstddef>
+
 // A handler gets the prompt, the writable text behind its name, and whether it runs in the prompt loop. Its
 // result is the exit status.
 using CmdHandler = int (*)(char* prompt, char* args, bool interactive);
@@ -42,11 +44,11 @@ extern const char* const zelfmonHelpMsg;
 // The program name for this layer.
 extern const char* progname;
 
-// Length of a command line buffer of the prompt loop, in bytes, with its final zero.
-constexpr int CMD_LINE_SIZE = 8196;
+// Length of a command line of the prompt loop, in bytes, with its final zero.
+constexpr size_t CMD_LINE_SIZE = 8196;
 
-// Runs one command line, or, with an empty line and `interactive`, a prompt loop on standard input; `cmdLine`
-// must then have CMD_LINE_SIZE bytes. The loop ends when a handler gives a negative value, and gives 0.
+// Runs one command line, or, with an empty line and `interactive`, a prompt loop on standard input. The loop
+// ends when a handler gives a negative value, and gives 0.
 int executeCommand(char* prompt, char* cmdLine, const cmdTableRow* table, bool interactive);
 
 // Finds the row of the line's first word, in any case, and gives its handler's result. No word finds the help

@@ -127,8 +127,8 @@ void ZlCmd::terminateWithMessage(const std::string& response, const std::string&
 {
     ZL_TRACE();
     errorServiceP->pushDebugMsg("ZlCmd::terminateWithMessage: response: " + response + " msg: " + msg);
-    errorServiceP->pushDebugMsg("ZlCmd::terminateWithMessage: subject: " + subject + " verb: " + verb +
-                                " options " + cliP->getCmdOptions());
+    errorServiceP->pushDebugMsg("ZlCmd::terminateWithMessage: subject: " + cliP->subject +
+                                " verb: " + cliP->verb + " options " + cliP->getCmdOptions());
     cliP->userResponse = response.empty() ? "silent" : response;
     if (!msg.empty()) {
         cliP->pushMessage(msg);

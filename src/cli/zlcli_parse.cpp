@@ -93,6 +93,8 @@ int ZlCli::parseCmdLine(int argc, char** argv)
 // hands out plain words in their place, as the value 1.
 void ZlCli::takeFrameworkOption(int argc, char** argv)
 {
+    // getopt() names the letter of a fault. "?" is a letter of ours and no fault, so it has none.
+    optopt = '?';
     const int result = getopt(argc, argv, optstring.c_str());
     switch (result) {
     case 'I':

@@ -157,8 +157,10 @@ std::string ZlCli::getEncodedCmdLine()
     if (hasAnyParserResultBits(PARSER_MACHINE_READABLE | PARSER_DISPLAY_TABLE)) {
         words.emplace_back("-Y");
     }
-    std::vector<std::string> encodedWords;
-    percentEncode(encodedWords, words, FULL_ENCODE_SET);
+    std::vector<std::string> encodedWords(words.size());
+    for (size_t i = 0; i < words.size(); ++i) {
+        fullEncode(encodedWords[i], words[i]);
+    }
     const std::string encoded = "'\"" + containerToString(encodedWords, " ") + "\"'";
     errorServiceP->pushNewMsg("ZlCli::getEncodedCmdLine: raw cmd:" + containerToString(words, " "));
     errorServiceP->pushNewMsg("ZlCli::getEncodedCmdLine: encoded:" + encoded);
@@ -285,6 +287,7 @@ int ZlCli::executeCMDonAll(const std::string& remoteCmd, const std::string& opti
     if (nodeFile.empty() || rejectFile.empty()) {
         errorServiceP->pushDebugMsg("ZlCli::executeCMDonAll: cannot create temp file");
         errorServiceP->pushNewMsg("Please check access and disk space for /var/zelf/tmp");
+        unlink(nodeFile.c_str());
         userResponse = "Cannot create temp file";
         terminateProgram(1);
     }

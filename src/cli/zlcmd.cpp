@@ -49,7 +49,7 @@ void ZlCmd::reset(const std::string& newSubject, const std::string& newVerb, con
     errorServiceP->pushDebugMsg("ZlCmd::reset: set command: " + allNames() + "->" +
                                 (cmdFunc != nullptr ? "set function pointer" : "helperCmd = " + helperCmd));
     if (usageFn == nullptr) {
-        errorServiceP->pushDebugMsg("ZlCmd::reset: no usage specified.");
+        errorServiceP->pushNewMsg("ZlCmd::reset: no usage specified.");
     }
 }
 
@@ -72,7 +72,8 @@ void ZlCmd::operator()(std::string name, valueType type, bool required, std::str
 {
     ZL_TRACE();
     if (!doValidation) {
-        programError(" ZlCmd::operator()", "Adding options is not allowed if validation is disabled.");
+        programError("Program error at  ZlCmd::operator()",
+                     "Adding options is not allowed if validation is disabled.");
     }
     if (function == nullptr) {
         function = cmdFunc;
@@ -94,14 +95,15 @@ void ZlCmd::operator()(std::string name, valueType type, bool required, std::str
 void ZlCmd::declarePositional(std::string& name, valueType& type, std::string& token)
 {
     if (!name.empty() && !token.empty()) {
-        programError(" ZlCmd::operator()",
+        programError("Program error at  ZlCmd::operator()",
                      "possitional parameter >" + name + "< cannot have token >" + token + "<");
     }
     if (token.empty()) {
         token = name;
         type = type == NO ? ANY : type;
     } else if (type == NO) {
-        programError(" ZlCmd::operator() check type of token", "A token must not have type ZlCMD::NO");
+        programError("Program error at  ZlCmd::operator() check type of token",
+                     "A token must not have type ZlCMD::NO");
     }
     name = "#" + toString(positionalCount++) + "#";
 }
@@ -111,7 +113,7 @@ void ZlCmd::addOption(const std::string& name, valueType type, bool required, co
 {
     if (!options.emplace(cliP, name, type, required, token, function, level).second) {
         // Named after addMapping since the first release; support scripts match it.
-        programError(" ZlCmd::addMapping", "Verb " + name + " already replaced!");
+        programError("Program error at  ZlCmd::addMapping", "Verb " + name + " already replaced!");
     }
     errorServiceP->pushDebugMsg("ZlCmd::operator(): set option: " + name + " {" + token + "}" +
                                 (required ? " is mandatory" : " not mandatory") + " type " + toString(type));
@@ -121,7 +123,7 @@ void ZlCmd::addMapping(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!optionMappings.emplace(from, to).second) {
-        programError(" ZlCmd::addMapping", from + " already replaced");
+        programError("Program error at  ZlCmd::addMapping", from + " already replaced");
     }
 }
 
@@ -129,7 +131,7 @@ void ZlCmd::addVerbMapping(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!verbMappings.emplace(from, to).second) {
-        programError(" ZlCmd::addVerbMapping", from + " already replaced");
+        programError("Program error at  ZlCmd::addVerbMapping", from + " already replaced");
     }
 }
 
@@ -137,13 +139,13 @@ void ZlCmd::addVerbToCmdMapping(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!verbToCmdMappings.emplace(from, to).second) {
-        programError(" ZlCmd::addVerbToCmdMapping", from + " already mapped");
+        programError("Program error at  ZlCmd::addVerbToCmdMapping", from + " already mapped");
     }
 }
 
-void ZlCmd::programError(const std::string& place, const std::string& text) const
+void ZlCmd::programError(const std::string& response, const std::string& text) const
 {
-    cliP->userResponse = "Program error at " + place;
+    cliP->userResponse = response;
     cliP->pushMessage(text);
     cliP->terminateProgram(1);
 }

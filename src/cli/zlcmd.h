@@ -21,7 +21,7 @@ class ZlOption;
 class ZlCmd {
 public:
     // The type of a value. ZlOption::getTypeStrg() holds the texts that the user sees.
-    enum valueType {
+    enum valueType : int {
         NO = 0,
         ANY = 1,
         ANY_INFINITE = 2,
@@ -42,10 +42,10 @@ public:
     };
 
     // Whether an option takes a value.
-    enum optionValue { VALUE_NONE = 0, VALUE_OPTIONAL = 1, VALUE_REQUIRED = 2 };
+    enum optionValue : int { VALUE_NONE = 0, VALUE_OPTIONAL = 1, VALUE_REQUIRED = 2 };
 
     // What -a and -N mean for a command, and where it runs without them.
-    enum remoteNodes {
+    enum remoteNodes : int {
         REMOTE_FORBIDDEN = 0,       // -a and -N are refused
         REMOTE_PASSTHROUGH = 1,     // -N and the resolved nodes become arguments
         REMOTE_NORMAL = 2,          // the default
@@ -137,7 +137,7 @@ public:
                                            bool showUsage) const;
 
 private:
-    [[noreturn]] void programError(const std::string& place, const std::string& text) const;
+    [[noreturn]] void programError(const std::string& response, const std::string& text) const;
     void addOption(const std::string& name, valueType type, bool required, const std::string& token,
                    Function function, nodeLevel_t level);
     void declarePositional(std::string& name, valueType& type, std::string& token);

@@ -18,8 +18,8 @@ std::string ZlCmd::commandText() const
 bool ZlCmd::validate(std::string& cliCmd, std::string& cliVerb, std::vector<std::string>& args) const
 {
     ZL_TRACE();
-    errorServiceP->pushDebugMsg("ZlCmd::validate: cmd = " + cliCmd + " verb = " + cliVerb +
-                                " args = " + containerToString(args, " "));
+    errorServiceP->pushNewMsg("ZlCmd::validate: cmd = " + cliCmd + " verb = " + cliVerb +
+                              " args = " + containerToString(args, " "));
     if (cliVerb == "--help") {
         terminateWithMessage(emptyStrg, emptyStrg, true);
     }

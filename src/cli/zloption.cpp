@@ -139,7 +139,7 @@ ZlCmd::optionValue ZlOption::hasValue() const
 std::string ZlOption::getTypeStrg() const
 {
     ZL_TRACE();
-    if (type < 0 || type >= TYPE_TEXTS.size()) {
+    if (static_cast<size_t>(type) >= TYPE_TEXTS.size()) {
         return "UNKNOWN";
     }
     const std::string text = TYPE_TEXTS[type];
@@ -153,11 +153,6 @@ std::string ZlOption::toStrg() const
 {
     ZL_TRACE();
     return name + " " + getTypeStrg() + (required ? " which is required." : " which is not requiered. ");
-}
-
-bool ZlOption::operator<(const ZlOption& other) const
-{
-    return name < other.name;
 }
 
 bool ZlOption::checkArgType(std::string& arg)

@@ -32,7 +32,7 @@ public:
     std::string toStrg() const;
 
     // By name: a name is unique within a command.
-    bool operator<(const ZlOption& other) const;
+    bool operator<(const ZlOption& other) const { return name < other.name; }
 
     // Tells whether the value fits the type. Rewrites node definitions to the names that they resolve to,
     // and may change the option's own type: call it on a copy.

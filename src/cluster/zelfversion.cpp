@@ -29,55 +29,66 @@ bool ZelfVersion::operator<(const ZelfVersion& other) const
 
 bool ZelfVersion::operator>(const ZelfVersion& other) const
 {
+    ZL_TRACE();
     return !(*this < other);
 }
 
 bool ZelfVersion::operator==(const ZelfVersion& other) const
 {
+    ZL_TRACE();
     return !(*this < other) && !(*this > other);
 }
 
 bool ZelfVersion::operator!=(const ZelfVersion& other) const
 {
+    ZL_TRACE();
     return !(*this == other);
 }
 
 bool ZelfVersion::operator<=(const ZelfVersion& other) const
 {
+    ZL_TRACE();
     return *this < other || *this == other;
 }
 
 bool ZelfVersion::operator>=(const ZelfVersion& other) const
 {
+    ZL_TRACE();
     return *this > other || *this == other;
 }
 
 bool ZelfVersion::operator<(const std::string& other) const
 {
+    ZL_TRACE();
     return *this < ZelfVersion(other);
 }
 
 bool ZelfVersion::operator>(const std::string& other) const
 {
+    ZL_TRACE();
     return *this > ZelfVersion(other);
 }
 
 bool ZelfVersion::operator==(const std::string& other) const
 {
+    ZL_TRACE();
     return *this == ZelfVersion(other);
 }
 
 bool ZelfVersion::operator!=(const std::string& other) const
 {
+    ZL_TRACE();
     return *this != ZelfVersion(other);
 }
 
 bool ZelfVersion::operator<=(const std::string& other) const
 {
+    ZL_TRACE();
     return *this <= ZelfVersion(other);
 }
 
 bool ZelfVersion::operator>=(const std::string& other) const
 {
+    ZL_TRACE();
     return *this >= ZelfVersion(other);
 }

@@ -69,10 +69,9 @@ void disableLocally(const std::vector<std::string>& nodes)
 int groupAdd(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 {
     ZL_TRACE();
-    std::vector<std::string> args = chServiceP->getCmdOptionVector();
-    std::vector<std::string> members = takeChildNodes(args);
-    const std::string& group = args.at(0);
-    const std::string& server = args.at(1);
+    std::vector<std::string> members = takeChildNodes(chServiceP->cmdOptions);
+    const std::string group = requiredArgument(0);
+    const std::string server = requiredArgument(1);
     if (std::find(members.begin(), members.end(), server) == members.end()) {
         members.push_back(server);
     }
@@ -104,7 +103,7 @@ int groupDel(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 {
     ZL_TRACE();
     std::vector<std::string> reply;
-    const int code = changeGroups("deleteGroup " + chServiceP->getCmdOptionVector().at(0), reply);
+    const int code = changeGroups("deleteGroup " + requiredArgument(0), reply);
     if (code != 0) {
         return code;
     }

@@ -16,7 +16,7 @@ int switchTask(const char* verb, const char* state, char* args)
         mapTaskWords(args);
         return forwardToHelper("schedule", verb, args);
     }
-    return changeSettingViaZelfmon(chServiceP->getCmdOptionVector().at(1), state);
+    return changeSettingViaZelfmon(requiredArgument(1), state);
 }
 
 } // namespace

@@ -12,8 +12,7 @@ int zelfmonQuery(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 {
     ZL_TRACE();
     std::vector<std::string> lines;
-    const int code = chServiceP->executeCMD(
-        "/opt/zelf/bin/zelfmonc callhome " + chServiceP->getCmdOptionVector().at(0), &lines);
+    const int code = chServiceP->executeCMD("/opt/zelf/bin/zelfmonc callhome " + requiredArgument(0), &lines);
     std::cout << containerToString(lines, emptyStrg);
     chServiceP->userResponse = "silent";
     chServiceP->terminateProgram(code);

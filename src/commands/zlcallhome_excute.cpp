@@ -12,6 +12,17 @@ bool isOldMaster()
            chServiceP->isCurrNodeInCallhomeGroup() != 0;
 }
 
+const std::string& requiredArgument(size_t place)
+{
+    ZL_TRACE();
+    const std::vector<std::string>& args = chServiceP->getCmdOptionVector();
+    if (place >= args.size()) {
+        chServiceP->userResponse = ZlCmd::userResponseMissingArg;
+        chServiceP->terminateProgram(1);
+    }
+    return args[place];
+}
+
 int forwardToHelper(const std::string& subject, const std::string& verb, const char* args)
 {
     ZL_TRACE();

@@ -40,6 +40,10 @@ using SettingsMap = std::map<std::string, std::string>;
 // then goes to the helper program.
 bool isOldMaster();
 
+// Gives an argument by its place. Ends the process when it is missing, which no validated command lets
+// happen: the dispatcher also takes subject and verb out of one word, and such a line has no arguments.
+const std::string& requiredArgument(size_t place);
+
 // Hands the command to the helper program on this node. Gives its exit code.
 int forwardToHelper(const std::string& subject, const std::string& verb, const char* args);
 

@@ -1,6 +1,7 @@
 #include "services/executecmd.h"
 
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <iostream>
 
@@ -22,6 +23,15 @@ int _executeCMD(const std::string& command, std::vector<std::string>* lines)
         return 1;
     }
 
+    // The end of the command raises SIGCHLD, whose handler traces. It waits until pclose() is through: in the
+    // midst of an allocation of this function it would find the heap half changed. The command itself has
+    // started with the former mask.
+    sigset_t childEnd;
+    sigset_t formerMask;
+    sigemptyset(&childEnd);
+    sigaddset(&childEnd, SIGCHLD);
+    sigprocmask(SIG_BLOCK, &childEnd, &formerMask);
+
     std::array<char, 8196> buffer{};
     std::string response;
     if (lines != nullptr) {
@@ -40,6 +50,7 @@ int _executeCMD(const std::string& command, std::vector<std::string>* lines)
     }
 
     const int code = (pclose(pipe) >> 8) & 0xff;
+    sigprocmask(SIG_SETMASK, &formerMask, nullptr);
     duration.stop();
     errorServiceP->pushNewMsg("_executeCMD done with rc = " + toString(code) + " duration " +
                               duration.getTimeStr());

@@ -1,11 +1,61 @@
 #include "services/zelfnls.h"
 
+#include <cerrno>
+#include <clocale>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
+#include <langinfo.h>
 
-const char* CatGets(int /*set*/, int /*number*/, const char* text)
+#include "services/zelferrno.h"
+
+nl_catd CatHandle = nullptr;
+
+namespace {
+
+// The answer items: of the system (YESSTR and NOSTR), and of the file system's programs.
+constexpr int SYSTEM_YES = 0x50002;
+constexpr int SYSTEM_NO = 0x50003;
+constexpr int ZELF_YES = 46;
+constexpr int ZELF_NO = 47;
+
+} // namespace
+
+void InitZelfNLS()
 {
-    return text;
+    setlocale(LC_ALL, "");
+    const nl_catd catalogue = catopen("zelf.cat", NL_CAT_LOCALE);
+    // catopen() says -1 where this layer says null.
+    CatHandle = reinterpret_cast<intptr_t>(catalogue) == -1 ? nullptr : catalogue;
+    setvbuf(stdout, nullptr, _IOLBF, 0);
+    setvbuf(stderr, nullptr, _IOLBF, 0);
+}
+
+void CleanupZelfNLS()
+{
+    if (CatHandle != nullptr) {
+        catclose(CatHandle);
+    }
+    CatHandle = nullptr;
+}
+
+const char* CatGets(int set, int number, const char* text)
+{
+    if (CatHandle == nullptr) {
+        return text;
+    }
+    const Errno saved = errno != 0 ? ZelfErrnoFull(errno) : 0;
+    sigset_t answers;
+    sigset_t formerMask;
+    sigemptyset(&answers);
+    sigaddset(&answers, SIGUSR1);
+    const bool isBlocked = sigprocmask(SIG_BLOCK, &answers, &formerMask) == 0;
+    const char* message = catgets(CatHandle, set, number, text);
+    if (isBlocked) {
+        sigprocmask(SIG_SETMASK, &formerMask, nullptr);
+    }
+    errno = saved != 0 ? ZelfToSystemErrnoFull(saved) : 0;
+    return message;
 }
 
 void printCatMessage(int number, const char* text, ...)
@@ -14,4 +64,23 @@ void printCatMessage(int number, const char* text, ...)
     va_start(values, text);
     std::vfprintf(stderr, CatGets(ZELFHOME_SET, number, text), values);
     va_end(values);
+}
+
+const char* new_nl_langinfo(int item)
+{
+    const char* answer = nl_langinfo(item);
+    if ((item == SYSTEM_YES || item == SYSTEM_NO) && (answer == nullptr || *answer == '\0')) {
+        return item == SYSTEM_YES ? "yes" : "no";
+    }
+    return answer;
+}
+
+int SystemToZelfNlsVal(int item)
+{
+    return item == SYSTEM_YES ? ZELF_YES : item == SYSTEM_NO ? ZELF_NO : item;
+}
+
+int ZelfToSystemNlsVal(int item)
+{
+    return item == ZELF_YES ? SYSTEM_YES : item == ZELF_NO ? SYSTEM_NO : item;
 }

@@ -2,6 +2,8 @@
 // not open a catalogue at its start, so the defaults are what the user reads.
 #pragma once
 
+#include <nl_types.h>
+
 // The tool's message set, and the messages in it.
 constexpr int ZELFHOME_SET = 66;
 enum ZELFHOME_MESSAGES : int {
@@ -13,9 +15,27 @@ enum ZELFHOME_MESSAGES : int {
     MSG_MISSING_COMPONENT = 96,
 };
 
-// Gives the catalogue's text for a message, or the default `text`.
+// The open catalogue; null while it is closed.
+extern nl_catd CatHandle;
+
+// Takes the locale from the environment, opens the catalogue "zelf.cat" (where catopen(3) looks for it) and
+// has standard output and standard error buffered by lines.
+void InitZelfNLS();
+
+// Closes the catalogue.
+void CleanupZelfNLS();
+
+// Gives the catalogue's text for a message, or the default `text`. errno is as it was, and SIGUSR1 waits
+// meanwhile: its handler answers another process, and must not meet a half-read catalogue.
 const char* CatGets(int set, int number, const char* text);
 
 // Writes a message of the tool's set to standard error. The text is a printf format for the values that
 // follow.
 void printCatMessage(int number, const char* text, ...);
+
+// Gives nl_langinfo(3), with "yes" and "no" for answers that the locale does not have.
+const char* new_nl_langinfo(int item);
+
+// Map the numbers of the two answer items; others stay.
+int SystemToZelfNlsVal(int item);
+int ZelfToSystemNlsVal(int item);

@@ -7,7 +7,15 @@
 
 ZlErrorService::ZlErrorService()
 {
-    pushFuncName(__PRETTY_FUNCTION__);
+    // The handlers need it from here on.
+    errorServiceP = this;
+    ZL_TRACE();
+    for (const int signal : {SIGHUP, SIGQUIT, SIGILL, SIGTRAP, SIGSEGV, SIGABRT, SIGTERM, SIGINT}) {
+        addSignal(signal, signalHandler);
+    }
+    addSignal(SIGCHLD, signalHandlerChild);
+    addSignal(SIGUSR1, signalHandlerUSR1);
+    addSignal(SIGALRM, signalHandlerAlarm);
     signalNames = {
         {1, "SIGHUP"},  {2, "SIGINT"},   {3, "SIGQUIT"},  {4, "SIGILL"},   {5, "SIGTRAP"},  {6, "SIGABRT"},
         {9, "SIGKILL"}, {10, "SIGUSR1"}, {11, "SIGSEGV"}, {14, "SIGALRM"}, {15, "SIGTERM"}, {17, "SIGCHLD"},

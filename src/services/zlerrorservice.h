@@ -10,6 +10,7 @@
 // never deleted, since even the last destructor of a run may trace.
 #pragma once
 
+#include <csignal>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -30,6 +31,7 @@ public:
         push(line);
     }
     bool empty() const { return text.empty(); }
+    const std::string& get() const { return text; }
 
     // Hands out all lines, each with its newline, and leaves the list empty.
     std::string take()
@@ -51,6 +53,7 @@ public:
         CHILD_IS_DAEMON = 2, // set for a command whose worker is a daemon
     };
 
+    // Installs the signal handlers and takes the start time of the run.
     ZlErrorService();
 
     // Gives the singleton, and traces that it was asked for.
@@ -81,6 +84,35 @@ public:
     // Names the log file: `name` and ".log". Without it the files are named after "zlCliLog.log".
     void setLogFileName(const std::string& name);
 
+    // --- signals (zlsignals.cpp) -----------------------------------------------------------------------
+    //
+    // The handlers run on the only thread, at any point, and use the trace, streams and exit() as they stand.
+    // That is a deliberate trade: what matters is that the trace reaches the disk, even out of a crash.
+
+    using SignalHandler = void (*)(int signal, siginfo_t* info, void* context);
+
+    // Install a handler with sigaction(2). On failure the process ends with status 1.
+    static void addSignal(int signal, SignalHandler handler);
+    static void addSignal(int signal, void (*handler)(int));
+
+    // Ends the run: trace to disk, one line on standard output, status 1. A crash is no exception.
+    static void signalHandler(int signal, siginfo_t* info, void* context);
+
+    // Answers a process that asks whether this one is alive, with this process' id as the value of the same
+    // signal. A daemon ends instead.
+    static void signalHandlerUSR1(int signal, siginfo_t* info, void* context);
+
+    // Ends a parent whose daemon child has ended ten seconds ago.
+    static void signalHandlerAlarm(int signal, siginfo_t* info, void* context);
+    static void signalHandlerChild(int signal, siginfo_t* info, void* context);
+
+    // Notes who sent a signal, in signalPid, or what sigqueue(3) sent along, in signalValue; -1 for the
+    // other.
+    static void analyseSiginfo(const siginfo_t* info);
+
+    // Gives up to 20 frames, one a line.
+    static std::string getStackTrace();
+
     static ZlErrorService* errorServiceP;
     static std::map<int, std::string> signalNames;
     static int32_t signalPid;
@@ -88,6 +120,8 @@ public:
     static uint32_t controlFlags;
 
 private:
+    static void dumpDebugTrace();
+
     static ZlTraceLines errorTrace;
     static ZlTraceLines debugTrace;
     static ZlTraceLines functionTrace;
@@ -99,5 +133,6 @@ private:
     static constexpr uint32_t maxSizeLogfile = 100000;
 };
 
-// The head of every operation: its signature enters the function trace.
+// The head of every operation of a class: its signature enters the function trace. Trivial inline accessors
+// and private helpers go without.
 #define ZL_TRACE() ZlErrorService::errorServiceP->pushFuncName(__PRETTY_FUNCTION__)

@@ -38,6 +38,7 @@ std::string ZlTime::getTimeStr() const
 
 std::string ZlTime::TimestampISO8601()
 {
+    ZL_TRACE();
     const TimePair time = now();
     const time_t seconds = time.seconds;
     tm local{};
