@@ -29,6 +29,15 @@ void cutLine(std::vector<std::string_view>& fields, std::string_view line, char 
     }
 }
 
+// Gives the words of a line that a command printed.
+std::vector<std::string> wordsOf(std::string line)
+{
+    if (!line.empty() && line.back() == '\n') {
+        line.pop_back();
+    }
+    return split(line, " ");
+}
+
 } // namespace
 
 ZlClusterInfo::ZlClusterInfo()
@@ -209,7 +218,7 @@ ZlClusterInfo::NodeSet::iterator ZlClusterInfo::askHostTool(const std::string& n
         errorServiceP->pushNewMsg("ZlClusterInfo::getNodesMap: Cannot detect admin IP. zelfadm host failed");
         return nodesP->end();
     }
-    const std::vector<std::string> pieces = split(reply[0], " ");
+    const std::vector<std::string> pieces = wordsOf(reply[0]);
     if (pieces.size() < 3) {
         errorServiceP->pushNewMsg(
             "ZlClusterInfo::getNodesMap: Cannot detect admin IP. Bad response from zelfadm host");
@@ -284,7 +293,7 @@ const std::string& ZlClusterInfo::getManagerNode()
         errorServiceP->pushNewMsg("ZlClusterInfo::getManagerNode: list nodes manager empty response.");
         return emptyStrg;
     }
-    const std::vector<std::string> pieces = split(reply.back(), " ");
+    const std::vector<std::string> pieces = wordsOf(reply.back());
     if (pieces.size() <= 3) {
         errorServiceP->pushNewMsg("ZlClusterInfo::getManagerNode zelflsmgr unexpected output format");
         return emptyStrg;

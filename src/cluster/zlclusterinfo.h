@@ -105,6 +105,7 @@ public:
     static const std::string ZELFCHCLASS;
     static const std::string ZELFDELCLASS;
 
+    // Changed by getNodesMap() alone, which drops the index of names.
     static NodeSet* nodesP;
     static NameSet* nodeDefinitionP;
     static NameSet* validNodesP;

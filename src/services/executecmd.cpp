@@ -44,7 +44,7 @@ int _executeCMD(const std::string& command, std::vector<std::string>* lines)
         if (lines != nullptr) {
             lines->emplace_back(buffer.data());
         } else {
-            std::cout << buffer.data();
+            std::cout << buffer.data() << std::flush;
         }
         response += buffer.data();
     }

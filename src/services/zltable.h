@@ -51,7 +51,7 @@ public:
     // Replaces cells equal to `from`: in the list in the columns of that name, in the table in every column.
     void replaceValue(const std::string& name, const std::string& from, const std::string& to);
 
-    // Renames a column. A later record of the old name starts a new column.
+    // Renames a column. Later records still know it by the old name; one of the new name starts a new column.
     void replaceHeader(const std::string& from, const std::string& to);
 
     void replaceAllSubstrings(const std::string& from, const std::string& to);

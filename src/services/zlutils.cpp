@@ -362,5 +362,5 @@ uint64_t getFreeDiskSpace(const std::string& path)
     if (statvfs(path.c_str(), &status) != 0) {
         return 0;
     }
-    return static_cast<uint64_t>(status.f_bfree) * status.f_bsize;
+    return static_cast<uint64_t>(status.f_bfree) * status.f_frsize;
 }

@@ -29,7 +29,7 @@ void toLower(std::string& text);
 void toUpper(std::string& text);
 
 // Replaces each `from` that begins within the length that `text` had on entry. Gives the number of
-// replacements.
+// replacements; an empty `from` is in no text.
 int replaceAllSubstrg(std::string& text, const std::string& from, const std::string& to);
 
 // Cuts `line` at its first byte out of `delimiters` and trims both halves. 2: no delimiter, nothing changed.
@@ -56,6 +56,7 @@ std::string toString(long value);
 std::string toString(unsigned long value);
 std::string toString(bool value); // 0 or 1
 std::string toString(const std::string& value);
+std::string toString(const char* value) = delete; // would be taken for a bool
 std::string toString(const std::vector<std::string>& list, const std::string& separator);
 std::string toString(const std::set<std::string>& set, const std::string& separator);
 
@@ -83,7 +84,7 @@ int isStringAlpha(const std::string& text);
 // A support case number: "TS" and nine more bytes, or ddddd.ccc.ddd with digits d and digits or capitals c.
 int isStringPMR(const std::string& text);
 
-// Gives the file's size in bytes, -1 when it cannot be opened.
+// Gives the file's size in bytes, -1 when it cannot be opened, or is a folder.
 long getFileSize(const std::string& path);
 
 // Gives the free bytes of the file system that holds `path`, the share reserved for root included
