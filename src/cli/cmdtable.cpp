@@ -1,5 +1,6 @@
 #include "cli/cmdtable.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstdio>
@@ -342,7 +343,7 @@ int mapOption(char* text, const char* from, const char* to)
     }
     char* behind = hit + fromLength;
     std::memset(hit, ' ', fromLength);
-    std::memcpy(hit, to, toLength);
+    std::copy_n(to, toLength, hit);
     if (hit != text && hit[-1] == '"' && *behind == '"') {
         *behind = ' ';
         hit[toLength] = '"';

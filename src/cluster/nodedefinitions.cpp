@@ -133,11 +133,11 @@ int ZlClusterInfo::filterNodes(const std::string& role, const NameSet& in, NameS
 void ZlClusterInfo::defineAllNode(const std::string& name)
 {
     ZL_TRACE();
-    // `name` may be an element of one of these sets.
-    const std::string node = name;
+    // `name` may be an element of one of the sets that are emptied.
+    NameSet all = {name};
     validNodesP->clear();
     invalidNodeDefinitionsP->clear();
-    *allNodesP = {node};
+    allNodesP->swap(all);
 }
 
 void ZlClusterInfo::defineAllNode(const NameSet& nodes)
