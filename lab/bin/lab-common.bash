@@ -35,6 +35,38 @@ replace_file() {
     mv -- "$new" "$1"
 }
 
+# support_listens: can the support service be reached?
+support_listens() { (: <>"/dev/tcp/$(<"$LAB_STATE/support.address")") 2>/dev/null; }
+
+# full_encode TEXT: tab, newline, blank and the ASCII punctuation as a percent sign and two upper-case digits.
+full_encode() {
+    local LC_ALL=C text=$1 out='' i char
+    for ((i = 0; i < ${#text}; i++)); do
+        char=${text:i:1}
+        case $char in
+            [[:punct:]] | $'\t' | $'\n' | ' ') printf -v char '%%%02X' "'$char" ;;
+        esac
+        out+=$char
+    done
+    printf '%s\n' "$out"
+}
+
+# colon_header TYPE COLUMN... and colon_row TYPE VALUE...: a table for programs. Only values are encoded.
+colon_header() {
+    printf '%s:HEADER:version:reserved:reserved:' "$1"
+    printf '%s:' "${@:2}"
+    echo
+}
+
+colon_row() {
+    local value
+    printf '%s:0:1:::' "$1"
+    for value in "${@:2}"; do
+        printf '%s:' "$(full_encode "$value")"
+    done
+    echo
+}
+
 # find_member TEXT: sets MEMBER to the fields of the cluster node that TEXT names: by number, daemon short name,
 # address, admin long name, daemon long name or admin short name. Fails for a node that is none of the cluster.
 find_member() {
