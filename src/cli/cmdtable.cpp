@@ -330,6 +330,9 @@ int executeCommand(char* prompt, char* cmdLine, const cmdTableRow* table, bool i
 
 int mapOption(char* text, const char* from, const char* to)
 {
+    if (text == nullptr) {
+        return 0;
+    }
     const size_t fromLength = std::strlen(from);
     const size_t toLength = std::strlen(to);
     if (toLength > fromLength) {

@@ -14,12 +14,16 @@ std::vector<ColonRecord> parseColonFormat(const std::vector<std::string>& lines,
 
     std::map<std::string, std::vector<std::string>> columnsOfType;
     std::vector<ColonRecord> records;
-    for (const std::string& line : lines) {
-        if (line.find_first_not_of(" \t\r\n") == std::string::npos) {
-            continue;
+    for (std::string line : lines) {
+        if (!line.empty() && line.back() == '\n') {
+            line.pop_back();
         }
         stringToVector(&fields, line, ":");
-        const std::string type = fields.size() > 1 && !fields[1].empty() ? fields[1] : fields[0];
+        // Blank lines, and words of some other program in between.
+        if (fields.size() < 2) {
+            continue;
+        }
+        const std::string type = fields[1].empty() ? fields[0] : fields[1];
         if (type.empty()) {
             continue;
         }

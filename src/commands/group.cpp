@@ -41,14 +41,18 @@ int changeGroups(const std::string& request, std::vector<std::string>& reply)
 }
 
 // Gives the former members that the answer to deleteGroup names: they stand in its second line, behind a text
-// of fixed length and ahead of the line end. A shorter answer raises a range error.
+// of fixed length and ahead of the line end. A line that is shorter than that text raises a range error.
 std::vector<std::string> formerMembers(const std::vector<std::string>& reply)
 {
     constexpr size_t TEXT_LENGTH = 36;
-    if (reply.size() < 2) {
+    // A long line comes in pieces.
+    const std::string text = containerToString(reply, emptyStrg);
+    const size_t firstEnd = text.find('\n');
+    if (firstEnd == std::string::npos || firstEnd + 1 == text.size()) {
         return {};
     }
-    std::string names = reply[1].substr(TEXT_LENGTH);
+    const size_t secondEnd = std::min(text.find('\n', firstEnd + 1), text.size() - 1);
+    std::string names = text.substr(firstEnd + 1, secondEnd - firstEnd).substr(TEXT_LENGTH);
     if (!names.empty()) {
         names.pop_back();
     }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <iterator>
 
 #include "callhome/zlcallhome.h"
 #include "cluster/zlclusterinfo.h"

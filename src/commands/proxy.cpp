@@ -16,7 +16,7 @@ bool isDefined(const char* key)
 // Says what has to be defined first. Gives 1.
 int refuse(const std::string& text)
 {
-    chServiceP->userResponse = "Please define " + text;
+    chServiceP->userResponse = text;
     return 1;
 }
 
@@ -29,20 +29,20 @@ int proxyEnable(char* /*prompt*/, char* args, bool /*interactive*/)
         return forwardToHelper("proxy", "enable", args);
     }
     if (!isDefined("proxy-location")) {
-        return refuse("proxy-location prior to enabling proxy");
+        return refuse("Please define proxy-location prior to enabling proxy");
     }
     if (!isDefined("proxy-port")) {
-        return refuse("proxy-port prior to enabling proxy");
+        return refuse("Please define proxy-port prior to enabling proxy");
     }
     const auto& options = chServiceP->getCmdOptionVector();
     const bool withAuth = std::find(options.begin(), options.end(), "--with-proxy-auth") != options.end();
     if (withAuth) {
         if (!isDefined("proxy-username")) {
-            return refuse("proxy-username prior to enabling authenticated proxy");
+            return refuse("Please define proxy-username prior to enabling authenticated proxy");
         }
         // Unlike a user name, a password may be empty.
         if (chServiceP->getConfigAttribute(ZlCallhome::GLOBAL_LABEL, "proxy-password") == "unknown") {
-            return refuse("proxy-password prior to enabling authenticated proxy");
+            return refuse("Please define proxy-password prior to enabling authenticated proxy");
         }
     }
     return changeSettingViaZelfmon(

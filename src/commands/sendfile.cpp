@@ -7,7 +7,10 @@
 #include "commands/zlcallhome_excute.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <iostream>
 #include <sys/stat.h>
@@ -16,6 +19,7 @@
 #include "callhome/zlcallhome.h"
 #include "cli/cmdtable.h"
 #include "commands/colonformat.h"
+#include "services/heldsignal.h"
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
 
@@ -143,15 +147,24 @@ private:
 };
 
 // Copies `length` bytes from `offset` on into a new chunk file, or as many as there are. A chunk that is cut
-// short, by a full disk or a file that shrinks, is the service's to find out.
+// short, by a full disk or a file that shrinks, is the service's to find out; the log tells why.
 void cutChunk(const OpenFile& source, int64_t offset, int64_t length, const std::string& chunkPath,
               std::vector<char>& buffer)
 {
-    const OpenFile chunk(chunkPath, O_WRONLY | O_CREAT | O_TRUNC);
+    // A new file, whatever lies at its predictable name: this process may be root's.
+    unlink(chunkPath.c_str());
+    const OpenFile chunk(chunkPath, O_WRONLY | O_CREAT | O_EXCL);
     while (length > 0) {
-        const auto piece = std::min<int64_t>(length, static_cast<int64_t>(buffer.size()));
-        const ssize_t got = pread(source.get(), buffer.data(), static_cast<size_t>(piece), offset);
-        if (got <= 0 || write(chunk.get(), buffer.data(), static_cast<size_t>(got)) != got) {
+        const auto piece =
+            static_cast<size_t>(std::min<int64_t>(length, static_cast<int64_t>(buffer.size())));
+        errno = 0;
+        const ssize_t got = pread(source.get(), buffer.data(), piece, offset);
+        if (got == 0) {
+            return;
+        }
+        if (got < 0 || write(chunk.get(), buffer.data(), static_cast<size_t>(got)) != got) {
+            ZlErrorService::errorServiceP->pushNewMsg("Could not cut " + chunkPath + ": " +
+                                                      std::strerror(errno));
             return;
         }
         offset += got;
@@ -217,9 +230,13 @@ int sendForCase()
     // What stands in the streams' buffers belongs to the parent.
     std::cout.flush();
     std::fflush(nullptr);
+    // A child that has little to do ends while the parent reports. Nobody here waits for it.
+    HeldSignal childEnd(SIGCHLD);
     if (fork() == 0) {
+        childEnd.release();
         return runChild(job);
     }
+    childEnd.keep();
     report(job);
     return 0;
 }

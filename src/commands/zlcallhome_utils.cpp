@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdlib>
+#include <fcntl.h>
 #include <fstream>
 #include <string_view>
 #include <unistd.h>
@@ -16,7 +17,7 @@ namespace {
 // A temporary file below /var/zelf/tmp, open from its making on.
 struct TempFile {
     std::string name = "/var/zelf/tmp/zlTemp.XXXXXXX";
-    int descriptor = mkstemp(name.data());
+    int descriptor = mkostemp(name.data(), O_CLOEXEC);
 
     TempFile() = default;
     TempFile(const TempFile&) = delete;
@@ -74,7 +75,17 @@ NodeProbeResult executeOnNodes(std::vector<std::string> nodes, const std::string
     }
     ZlErrorService::errorServiceP->pushNewMsg("Executing remote command on the following nodes: " +
                                               containerToString(nodes, "|"));
-    std::ofstream(nodeFile.name, std::ios::binary) << containerToString(nodes, "\n");
+    std::ofstream list(nodeFile.name, std::ios::binary);
+    list << containerToString(nodes, "\n");
+    list.close();
+    if (!list) {
+        // Half a list would blame the nodes of the other half.
+        ZlErrorService::errorServiceP->pushNewMsg("Could not write temp file in /var/zelf/tmp");
+        unlink(nodeFile.name.c_str());
+        unlink(rejectFile.name.c_str());
+        result.unreached = std::move(nodes);
+        return result;
+    }
 
     std::vector<std::string> lines;
     result.exitCode =

@@ -1,10 +1,10 @@
 #include "services/executecmd.h"
 
 #include <array>
-#include <csignal>
 #include <cstdio>
 #include <iostream>
 
+#include "services/heldsignal.h"
 #include "services/zlerrorservice.h"
 #include "services/zltime.h"
 #include "services/zlutils.h"
@@ -23,14 +23,9 @@ int _executeCMD(const std::string& command, std::vector<std::string>* lines)
         return 1;
     }
 
-    // The end of the command raises SIGCHLD, whose handler traces. It waits until pclose() is through: in the
-    // midst of an allocation of this function it would find the heap half changed. The command itself has
-    // started with the former mask.
-    sigset_t childEnd;
-    sigset_t formerMask;
-    sigemptyset(&childEnd);
-    sigaddset(&childEnd, SIGCHLD);
-    sigprocmask(SIG_BLOCK, &childEnd, &formerMask);
+    // The end of the command raises SIGCHLD, whose handler traces: it waits until pclose() is through. The
+    // command itself has started with the former mask.
+    HeldSignal commandEnd(SIGCHLD);
 
     std::array<char, 8196> buffer{};
     std::string response;
@@ -50,7 +45,7 @@ int _executeCMD(const std::string& command, std::vector<std::string>* lines)
     }
 
     const int code = (pclose(pipe) >> 8) & 0xff;
-    sigprocmask(SIG_SETMASK, &formerMask, nullptr);
+    commandEnd.release();
     duration.stop();
     errorServiceP->pushNewMsg("_executeCMD done with rc = " + toString(code) + " duration " +
                               duration.getTimeStr());

@@ -2,11 +2,11 @@
 
 #include <cerrno>
 #include <clocale>
-#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <langinfo.h>
 
+#include "services/heldsignal.h"
 #include "services/zelferrno.h"
 
 nl_catd CatHandle = nullptr;
@@ -45,14 +45,10 @@ const char* CatGets(int set, int number, const char* text)
         return text;
     }
     const Errno saved = errno != 0 ? ZelfErrnoFull(errno) : 0;
-    sigset_t answers;
-    sigset_t formerMask;
-    sigemptyset(&answers);
-    sigaddset(&answers, SIGUSR1);
-    const bool isBlocked = sigprocmask(SIG_BLOCK, &answers, &formerMask) == 0;
-    const char* message = catgets(CatHandle, set, number, text);
-    if (isBlocked) {
-        sigprocmask(SIG_SETMASK, &formerMask, nullptr);
+    const char* message = nullptr;
+    {
+        const HeldSignal answers(SIGUSR1);
+        message = catgets(CatHandle, set, number, text);
     }
     errno = saved != 0 ? ZelfToSystemErrnoFull(saved) : 0;
     return message;
