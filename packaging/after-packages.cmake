@@ -1,0 +1,22 @@
+# Run by cpack behind each kind of package. In the checksums of a .ddeb, cpack names the files as they lay in the
+# build, so that dpkg --verify misses them all. It is packed anew, with right checksums and the modes of data.
+function(run)
+    execute_process(COMMAND ${ARGN} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+list(FILTER CPACK_PACKAGE_FILES INCLUDE REGEX "\\.ddeb$")
+foreach(package IN LISTS CPACK_PACKAGE_FILES)
+    set(tree ${CPACK_TOPLEVEL_DIRECTORY}/ddeb)
+    file(REMOVE_RECURSE ${tree})
+    run(dpkg-deb --raw-extract ${package} ${tree})
+    run(chmod -R u=rwX,go=rX ${tree})
+    file(GLOB_RECURSE files RELATIVE ${tree} ${tree}/usr/*)
+    set(sums "")
+    foreach(file IN LISTS files)
+        run(chmod 644 ${tree}/${file})
+        file(MD5 ${tree}/${file} sum)
+        string(APPEND sums "${sum}  ${file}\n")
+    endforeach()
+    file(WRITE ${tree}/DEBIAN/md5sums "${sums}")
+    run(dpkg-deb --root-owner-group --build ${tree} ${package})
+endforeach()
