@@ -93,8 +93,6 @@ int ZlCli::parseCmdLine(int argc, char** argv)
 // hands out plain words in their place, as the value 1.
 void ZlCli::takeFrameworkOption(int argc, char** argv)
 {
-    // getopt() names the letter of a fault. "?" is a letter of ours and no fault, so it has none.
-    optopt = '?';
     const int result = getopt(argc, argv, optstring.c_str());
     switch (result) {
     case 'I':
@@ -158,7 +156,8 @@ void ZlCli::takeArgument(const std::string& arg)
 
 void ZlCli::recordBadArg(const std::string& kind)
 {
-    badArgs[kind].push_back(static_cast<char>(optopt));
+    // getopt(3) names the letter of a fault. "?" is a letter of ours and no fault, so it may have none.
+    badArgs[kind].push_back(optopt != 0 ? static_cast<char>(optopt) : '?');
     setParserResultBit(PARSER_BAD_ARGS);
 }
 

@@ -1,0 +1,90 @@
+#!/bin/bash
+# page DESCRIBE TOOL: the manual page is clean and says what the tool does.
+set -euo pipefail
+# shellcheck source=common.bash
+source "$(dirname "$(readlink -f "$0")")/common.bash"
+DESCRIBE=$1
+make_installation "$2"
+PAGE=$ROOT/docs/zelfhome.8
+GRAMMAR=$("$DESCRIBE" grammar)
+
+expect "warnings of mandoc" "" "$(mandoc -T lint -W warning "$PAGE" 2>&1)"
+
+# Commands, options, types and tokens. Both sides: a line for each verb, and one for each thing that may follow it.
+page_commands() {
+    # shellcheck disable=SC2016 # the text is awk's
+    awk '
+        function type(   text) {
+            if (!sub(/.* Pq /, "")) return ""
+            text = $0
+            sub(/, required/, "!", text)
+            gsub(/ /, "", text)
+            return "=" text
+        }
+        function say(text,   i) { for (i = 1; i <= count; i++) print verb[i] text }
+        /^\.Sh / { section = substr($0, 5) }
+        section == "COMMANDS" && /^\.It Cm / {
+            place = count = 0
+            for (i = 4; i == 4 || $(i - 1) == "|"; i += 2) verb[++count] = $3 " " $i
+            for (i = 1; i <= count; i++) first[verb[i]] = verb[1]
+            say("")
+        }
+        section == "COMMANDS" && /^\.It Fl / { name = "-" $3; say(" " name type()) }
+        section == "COMMANDS" && /^\.It Ar / { name = "#" place++ "#"; say(" " name type()) }
+        section == "FORWARDING" && /^\.It$/ { bullet++ }
+        section == "FORWARDING" && bullet == 1 && /^\.Cm / { at_server[$2 " " $3] }
+        END { for (name in first) if (first[name] in at_server) print name " @server" }' "$PAGE" | sort
+}
+tool_commands() {
+    # shellcheck disable=SC2016 # the text is awk's
+    awk '$1 == "command" {
+        for (count = split($3, verb, ","); count > 0; count--) {
+            print $2 " " verb[count]
+            for (i = 4; i <= NF; i++) print $2 " " verb[count] " " $i
+        }
+    }' <<<"$GRAMMAR" | sort
+}
+expect "commands" "$(tool_commands)" "$(page_commands)"
+
+plain=$(mandoc -T utf8 -O width=1000 "$PAGE" | sed 's/.\x08//g; s/[“”]/"/g')
+while read -r word text; do
+    expect "type $word" 1 "$(grep "^ *$word " <<<"$plain" | grep -cF "\"$text")"
+done < <(sed -n 's/^type //p' <<<"$GRAMMAR")
+
+# The options of all commands: the letters are the tool's, the long ones are accepted.
+page_options() { sed -n '/^\.Sh OPTIONS OF ALL/,/^\.Sh VALUES/s/^\.It Fl //p' "$PAGE" | sed 's/\\&//; s/ , /\n/g; s/ Ar .*//'; }
+expect "letters" "$(sed -n 's/^letters //p' <<<"$GRAMMAR" | grep -o '[^:-]' | sort)" "$(page_options | grep -v ^- | sort)"
+while read -r option; do
+    [[ $option == -help ]] && wanted=1 || wanted=0
+    expect "-$option" "$wanted" "$(zelfhome group list "-$option" >/dev/null 2>&1 && echo 0 || echo $?)"
+done < <(page_options | grep ^-)
+
+# Columns, here and in the reference for scripts.
+tool_columns() {
+    local subject verb
+    while read -r _ subject verb _; do
+        [[ $verb != list* ]] || printf '%s list:%s\n' "$subject" "$(zelfhome "$subject" list -Y | sed -n 's/.*:HEADER:version:reserved:reserved//; 1s/:/ /gp')"
+    done <<<"$GRAMMAR"
+}
+columns=$(tool_columns | sed 's/ $//' | sort)
+expect "columns of the page" "$columns" \
+    "$(sed -n '/^\.Sh MACHINE/,/^\.El/{/^\.It Cm/{N;s/^\.It Cm \(.*\)\n/\1: /p}}' "$PAGE" | sort)"
+# shellcheck disable=SC2016 # the text is sed's
+expect "columns of the reference" "$columns" \
+    "$(sed -n '/^## Columns/,/^- /s/^| `\([a-z]* list\)` | \(.*\) |/\1: \2/p' "$ROOT/docs/machine-readable.md" | tr -d '`,' | sort)"
+
+# Exit statuses.
+for line in "0 --version" "1 group" "1 group list -N node1" "2 info change" "2 proxy change" "38 nonsense"; do
+    # shellcheck disable=SC2086 # words of a command line
+    expect "exit status of: ${line#* }" "${line%% *}" "$(zelfhome ${line#* } >/dev/null 2>&1 && echo 0 || echo $?)"
+done
+
+# The command lines of the examples pass the tool's checks. Their output is held against the demo by transcripts.bash.
+count=0
+while IFS= read -r line; do
+    eval "$line" >/dev/null 2>&1 || true
+    expect "example: $line" 1 "$(grep -c '^ZlCmd::validate: success' /var/zelf/tmp/debugzelfhome.log)"
+    count=$((count + 1))
+done < <(sed -n 's/^node[0-9]*\$ \(zelfhome.*\)/\1/p' "$PAGE")
+expect "examples" 1 "$((count > 5))"
+finish

@@ -1,0 +1,183 @@
+// Runs and what they leave: run GatherSend, status, test connection, zelfmon query.
+#include "support/installation.h"
+
+#include <filesystem>
+#include <regex>
+
+namespace {
+
+const std::string PROGRESS = TMP + "/callhome/progress/callhome-progress.";
+
+// A group with this node in it. Its capability is on, unless `enabled` says otherwise.
+std::string member(const std::string& version = "4.2.3.6", const std::string& enabled = "true")
+{
+    return topology("    <callhomeGroup>\n        name = g\n        callhomeNode = node1.zelf.test\n"
+                    "        callhomeChildNodes = node1.zelf.test,node2.zelf.test\n        enabled = " +
+                    enabled + "\n        masterReleaseVersion = " + version + "\n    </callhomeGroup>\n");
+}
+
+std::string record(const std::string& task, const std::string& start, const std::string& status,
+                   const std::string& package = "/d/callhome.1.gat_s.tar", const std::string& code = "RC=0")
+{
+    return "x|" + task + "|" + start + "|x|" + status + "|x|x|" + code + "|" + package + "|id|orig|x\n";
+}
+
+const std::string HEADER =
+    "zelfhome:statusList:HEADER:version:reserved:reserved:group:task:startTime:status:rc:"
+    "dataID:originalFilename:packageFileName:\n";
+
+} // namespace
+
+TEST_F(Installation, AGatherRunNeedsAGroupAndTheCapability)
+{
+    const std::string noGroup =
+        "Failed to obtain a valid call home node.\nA call home group for this node needs to "
+        "be defined using group command.\n";
+    configure(topology(group("g", "node2", "node2,node3", "5.0")));
+    EXPECT_EQ(runTool("run GatherSend --task DAILY"), (Result{1, "", noGroup}));
+    for (const char* value : {"false", "True", "unknown"}) {
+        configure(member("5.0", value));
+        EXPECT_EQ(runTool("run GatherSend --task DAILY"),
+                  (Result{1, "", "Please enable capability prior to running data collection\n"}));
+    }
+}
+
+TEST_F(Installation, AGatherRunGoesToTheHelperProgramWhateverTheMaster)
+{
+    answer("callhomeutils.pl", "echo gathered; exit 4");
+    for (const char* version : {"4.2.3.6", "5.0"}) {
+        configure(member(version));
+        EXPECT_EQ(runTool("run GatherSend --task WEEKLY"), (Result{4, "gathered\n", ""}));
+        EXPECT_EQ(calls().back(), "callhomeutils.pl run gatherSend -F weekly");
+    }
+}
+
+TEST_F(Installation, StatusIsForMembersAndItsUsageForAll)
+{
+    const Result refused =
+        failed("This node is not a member of a callhome group. Cannot execute this command.",
+               "Execute this command on a node which is a member of a callhome group.");
+    // The last row: a server that is not in its own list of children.
+    for (const std::string& groups :
+         {std::string(), group("g", "node2", "node2", "5.0"), group("g", "node1", "node2", "5.0")}) {
+        configure(topology(groups));
+        EXPECT_EQ(runTool("status list"), refused) << groups;
+        EXPECT_EQ(runTool("status delete --all"), refused) << groups;
+        EXPECT_EQ(runTool("status").err.substr(0, 6), "Usage:");
+        EXPECT_EQ(runTool("status list --help").err.substr(0, 6), "Usage:");
+    }
+    EXPECT_EQ(logged("statusCmd: Execution not possible on a non callhome group member.").size(), 6U);
+}
+
+TEST_F(Installation, StatusHandsTheValidatedArgumentsToTheHelperProgram)
+{
+    configure(member());
+    const std::pair<const char*, const char*> cases[] = {
+        {"status list", "status list"},
+        {"status list --task WEEKLY --numbers 3 --verbose", "status list --task weekly -n 3 -v"},
+        {"status list -v --task SENDPMRDATA", "status list -v --task sendpmrdata"},
+        {"status delete --starttime 5", "status delete --startTime 5"},
+        {"status del --StartTimeBefore DAILY", "status delete --startTimeBefore daily"},
+        {"status delete --all", "status delete --all"},
+    };
+    for (const auto& [line, call] : cases) {
+        EXPECT_EQ(runTool(line).status, 0) << line;
+        EXPECT_EQ(calls().back(), std::string("callhomeutils.pl ") + call);
+    }
+}
+
+TEST_F(Installation, RecordsShowTheNewestLineOfEachRunAndTheNewestRunFirst)
+{
+    configure(member());
+    writeFile(PROGRESS + "daily",
+              record("daily", "1", "A") + record("daily", "2", "B") + record("daily", "1", "C"));
+    writeFile(PROGRESS + "sendfile", "one|field\n" + record("sendfile", "1", "S", "noslash.gat_x", "5") +
+                                         "|||||||||||\n" + "|||||||||||x|\n");
+    EXPECT_EQ(runTool("status list -Y --task DAILY --numbers 1"),
+              (Result{0,
+                      HEADER + "zelfhome:statusList:0:1:::g:daily:1:C:0:id:orig:callhome.1.gat_s.tar:\n"
+                               "zelfhome:statusList:0:1:::g:daily:2:B:0:id:orig:callhome.1.gat_s.tar:\n"
+                               "zelfhome:statusList:0:1:::g::::::::\n"
+                               "zelfhome:statusList:0:1:::g:sendfile:1:S:5:id:orig:noslash.gat_x:\n",
+                      ""}));
+    EXPECT_EQ(logged("ZlCallhome::readProgressFile: Skipping a progress line because of a wrong format: "),
+              (Strings{"|||||||||||x|", "one|field"}));
+    EXPECT_EQ(calls(), startThen({})) << "records come from the files alone";
+
+    writeFile(PROGRESS + "sendfile", "");
+    EXPECT_EQ(
+        runTool("status list --verbose --current").out,
+        "group   task    startTime   status   rc     dataID   originalFilename   packageFileName        \n"
+        "------- ------- ----------- -------- ------ -------- ------------------ ---------------------- \n"
+        "g       daily   1           C        RC=0   id       orig               callhome.1.gat_s.tar   \n"
+        "g       daily   2           B        RC=0   id       orig               callhome.1.gat_s.tar   \n");
+    // The short form begins seven bytes ahead of "gat_".
+    EXPECT_NE(runTool("status list --current").out.find("C        ...home.1.gat_s.tar   \n"),
+              std::string::npos);
+}
+
+TEST_F(Installation, RecordsThatAreMissingEmptyOrOfAnotherMake)
+{
+    configure(member());
+    const Result none = {1, "", "\nAdditional messages:\nNo progress for task found.\n"};
+    EXPECT_EQ(runTool("status list -Y"), none);
+    writeFile(PROGRESS + "weekly", "");
+    EXPECT_EQ(runTool("status list -Y"), (Result{0, HEADER, ""}));
+    // No package of the gathering tools: the short name has no place to begin.
+    for (const char* package : {"/d/other.tar", "/d/123456gat_x"}) {
+        writeFile(PROGRESS + "weekly", record("weekly", "1", "A", package));
+        EXPECT_TRUE(endedByRangeError(runTool("status list --current"))) << package;
+        EXPECT_EQ(runTool("status list --verbose --current").status, 0) << package;
+    }
+    writeFile(PROGRESS + "weekly", record("weekly", "1", "A", "/d/1234567gat_x"));
+    EXPECT_NE(runTool("status list --current").out.find("...1234567gat_x"), std::string::npos);
+}
+
+TEST_F(Installation, TheConnectionTestReportsWhatTheClientSays)
+{
+    const std::string noGroup =
+        "Failed to obtain a valid call home node.\nA call home group for this node needs to "
+        "be defined using group command.\n";
+    EXPECT_EQ(runTool("test connection"), (Result{1, "", noGroup}));
+
+    std::filesystem::create_directories("/opt/zelf/java/jre/bin");
+    std::filesystem::create_symlink("/opt/zelf/stand-in", "/opt/zelf/java/jre/bin/java");
+    configure(member("5.0"));
+    const std::string time = "[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9]\\d \\d\\d:\\d\\d:\\d\\d \\d{4}\n";
+    const std::string begin = "## Starting connectivity test between the call home node and Quorvex\n"
+                              "Call home node: node1\\.zelf\\.test\nStarting time: " +
+                              time + "\n";
+    struct Row {
+        const char* script;
+        const char* body;
+        int status;
+    };
+    const Row rows[] = {
+        {"echo A: OK; echo B: OK", "A: OK\nB: OK\n", 0},
+        {"echo A: OK; echo B: NOT OK; echo C: OK", "A: OK\nB: NOT OK\nC: OK\n", 1},
+        {"printf 'NOT '; printf OK", "NOT OK", 1},
+        {"echo late >&2; exit 9", "", 0}, // only the words count
+    };
+    for (const auto& [script, body, status] : rows) {
+        answer("java", script);
+        const Result result = runTool("test connection");
+        EXPECT_EQ(result.status, status) << script;
+        EXPECT_TRUE(std::regex_match(status == 0 ? result.out : result.err,
+                                     std::regex(begin + body + "End time: " + time)))
+            << result.out << result.err;
+    }
+    EXPECT_EQ(
+        logged("_executeCMD cmd = /opt/zelf/java/jre/bin/java").back(),
+        " -classpath /opt/zelf/bin/upl/:/opt/zelf/bin/upl/UPLBase/* com/quorvex/upl/link/TestUPLConnections");
+}
+
+TEST_F(Installation, AMonitoringQueryPassesRequestAnswerAndCodeOn)
+{
+    answer("zelfmonc", "[ $2 = ensureConfigInCCR ] && exit 0; shift; printf '%s|' \"$@\"; exit $#");
+    EXPECT_EQ(runTool("zelfmon query 'sendChunk 1 /a 0'"), (Result{4, "sendChunk|1|/a|0|", ""}));
+    // As another node of the group sends it.
+    EXPECT_EQ(runTool("zelfmon query sendChunk%201%20%2Fa%200 --fullDecode"),
+              (Result{4, "sendChunk|1|/a|0|", ""}));
+    answer("zelfmonc", "");
+    EXPECT_EQ(runTool("zelfmon query x"), (Result{0, "", ""}));
+}

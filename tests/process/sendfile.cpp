@@ -1,0 +1,262 @@
+// run SendFile: the checks ahead of the fork, and what the detached child does with the file.
+#include "support/installation.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+namespace {
+
+const std::string DUMP = "/var/zelf/dump";
+const std::string FILE_TO_SEND = "/var/zelf/core";
+const std::string HEADER = ":HEADER:version:reserved:reserved:";
+
+std::string records(const std::string& columns, const std::string& values)
+{
+    return "echo 'p:t" + HEADER + columns + ":'; echo 'p:t:0:1:::" + values + ":'";
+}
+
+// A job of this chunk size. The service takes the chunks that it is told of into /var/zelf/case, and says in
+// /var/zelf/told what it was told.
+std::string service(const std::string& chunkSize, const std::string& refuse = "false")
+{
+    return "case $2 in computeChunkSize) " + records("Chunk size:Job ID", chunkSize + ":77") +
+           ";; sendChunk) echo \"$3 $4 $5 $6 $7\" >>/var/zelf/told; " + refuse +
+           " && exit 1; cat \"$4\" >>/var/zelf/case;; esac";
+}
+
+std::string bytes(size_t count)
+{
+    std::string text(count, '\0');
+    for (size_t i = 0; i < count; ++i) {
+        text[i] = static_cast<char>(i * 7 + i / 256);
+    }
+    return text;
+}
+
+// Waits until parent and child have written their logs, `runs` runs after the log was empty.
+bool childHasEnded(size_t runs = 1)
+{
+    for (int i = 0; i < 1000; ++i) {
+        if (logged("Trace messager end at: ").size() == 2 * runs) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
+}
+
+// This node is the server of a group, or its child.
+void join(const std::string& server, const std::string& version = "5.0")
+{
+    configure(topology(
+        "    <callhomeGroup>\n        name = g\n        enabled = true\n        callhomeNode = " + server +
+        ".zelf.test\n        callhomeChildNodes = node1.zelf.test\n        "
+        "masterReleaseVersion = " +
+        version + "\n    </callhomeGroup>\n"));
+}
+
+class SendFile : public Installation {
+protected:
+    void SetUp() override
+    {
+        Installation::SetUp();
+        std::filesystem::create_directory(DUMP);
+        join("node1");
+        answer("zelfdiag", records("name:value", "other:/tmp") + "; " +
+                               records("name:value", "dataStructureDump:%2Fvar%2Fzelf%2Fdump"));
+        answer("zelfmonc", service("10"));
+        writeFile(FILE_TO_SEND, bytes(25));
+    }
+};
+
+const std::string LINE = "run SendFile --file " + FILE_TO_SEND + " --pmr 12345.ABC.000";
+const Result STARTED = {0, "Task initialized.\nChunk size: 10\nJob ID: 77\n", ""};
+
+} // namespace
+
+TEST_F(SendFile, EveryFailureIsToldAheadOfTheFork)
+{
+    struct Row {
+        const char* program;
+        std::string script;
+        std::string line;
+        std::string response;
+    };
+    const std::string wrong = "Received wrong results from the sysmonitor when querying for a chunk size";
+    const Row rows[] = {
+        {"zelfdiag", "", "run SendFile --file /var/zelf/none --pmr TS123456789",
+         "Could not read the specified file"},
+        {"zelfdiag", "", "run SendFile --file /var/zelf --pmr TS123456789",
+         "Could not read the specified file"},
+        {"zelfdiag", "echo x; exit 2", LINE, "Could not read the cluster configuration"},
+        {"zelfdiag", "", LINE, "Could not determine the value of dataStructureDump"},
+        {"zelfdiag", records("name:value", "dataStructureDump:"), LINE,
+         "Could not determine the value of dataStructureDump"},
+        {"zelfmonc", "[ $2 = ensureConfigInCCR ] || exit 3", LINE,
+         "Failed while executing a query to sysmonitor"},
+        {"zelfmonc", "", LINE, wrong},
+        {"zelfmonc", "echo garbage; echo; echo :", LINE, wrong},
+        {"zelfmonc", "echo 'p:t" + HEADER + "Chunk size:Job ID:'", LINE, wrong},
+        {"zelfmonc", records("Chunk size:Job ID", "0:5"), LINE, wrong},
+        {"zelfmonc", records("Chunk size:Job ID", "many:5"), LINE, wrong},
+        {"zelfmonc", records("Chunk size:Job ID", "-5:5"), LINE, wrong},
+        {"zelfmonc", records("Chunk size:Job ID", "10:"), LINE, wrong},
+        {"zelfmonc", records("Chunk size:Job ID", "10"), LINE, wrong},
+        {"zelfmonc", records("Job ID", "5"), LINE, wrong},
+    };
+    for (const auto& [program, script, line, response] : rows) {
+        SetUp();
+        answer(program, program == std::string("zelfmonc") && script.find("ensureConfig") == std::string::npos
+                            ? "[ $2 != ensureConfigInCCR ] || exit 0; " + script
+                            : script);
+        EXPECT_EQ(runTool(line), failed(response)) << program << ": " << script;
+        EXPECT_TRUE(std::filesystem::is_empty(DUMP));
+    }
+    join("node2", "4.2.3.6");
+    EXPECT_EQ(runTool(LINE), (Result{1, "",
+                                     "The release level of the callhome node node2.zelf.test is too low for "
+                                     "this operation (required 4.2.3.7+)\n"}));
+    configure(topology(""));
+    EXPECT_EQ(runTool(LINE).status, 1);
+}
+
+TEST_F(SendFile, WithoutACaseItIsTheHelperProgramsJob)
+{
+    EXPECT_EQ(runTool("run SendFile --desc 'a b' --file /x").status, 0);
+    EXPECT_EQ(calls().back(), "callhomeutils.pl run sendFile --desc 'a b' -F /x");
+}
+
+TEST_F(SendFile, ChunksAreWholeNamedByIndexAndToldByOffset)
+{
+    struct Row {
+        size_t size;
+        size_t chunks;
+    };
+    for (const auto& [size, chunks] :
+         {Row{0, 0}, Row{1, 1}, Row{9, 1}, Row{10, 1}, Row{11, 2}, Row{20, 2}, Row{205, 21}}) {
+        SetUp();
+        writeFile(FILE_TO_SEND, bytes(size));
+        EXPECT_EQ(runTool(LINE), STARTED);
+        ASSERT_TRUE(childHasEnded()) << size;
+        std::string told;
+        for (size_t i = 0; i < chunks; ++i) {
+            const std::string chunk = DUMP + "/callhomeChunk_77_" + std::to_string(i);
+            told += "77 " + chunk + " " + std::to_string(10 * i) + " --wait 86400\n";
+            // On the server nobody but the service removes a chunk. All permission bits are set.
+            EXPECT_EQ(readFile(chunk), bytes(size).substr(10 * i, 10)) << size;
+            EXPECT_EQ(std::filesystem::status(chunk).permissions(), std::filesystem::perms(0666)) << size;
+        }
+        EXPECT_EQ(readFile("/var/zelf/told"), chunks == 0 ? "(no such file)" : told) << size;
+        EXPECT_EQ(readFile("/var/zelf/case"), chunks == 0 ? "(no such file)" : bytes(size)) << size;
+        EXPECT_EQ(readFile(FILE_TO_SEND), bytes(size));
+    }
+}
+
+TEST_F(SendFile, TheQueryTellsSizeSpaceFileAndCase)
+{
+    EXPECT_EQ(runTool(LINE), STARTED);
+    const Strings query =
+        logged("ZlCli::executeCMD: cmd = /opt/zelf/bin/zelfmonc callhome computeChunkSize 25 ");
+    ASSERT_EQ(query.size(), 1U);
+    EXPECT_EQ(query[0].substr(query[0].find(' ')), " SendPMRData " + FILE_TO_SEND + " 12345.ABC.000 -Y");
+    EXPECT_GT(std::stoull(query[0]), 0U);
+    ASSERT_TRUE(childHasEnded());
+}
+
+TEST_F(SendFile, ScriptsGetTheReplyWithItsLineEndsDoubled)
+{
+    EXPECT_EQ(runTool(LINE + " -Y"),
+              (Result{0, "p:t" + HEADER + "Chunk size:Job ID:\n\np:t:0:1:::10:77:\n", ""}));
+    ASSERT_TRUE(childHasEnded());
+}
+
+// The copies land in /var/zelf/copies, by a stand-in in scp's place.
+TEST_F(SendFile, AChildNodeCopiesEachChunkAndRemovesItsOwn)
+{
+    join("node2");
+    answer("zelfrun", "case $4 in *computeChunkSize*) " + records("Chunk size:Job ID", "10:77") + ";; esac");
+    answer("scp", "mkdir -p /var/zelf/copies; ls " + DUMP +
+                      " | wc -l >>/var/zelf/held; "
+                      "case $1 in *_1) exit 1;; *) cp \"$1\" /var/zelf/copies;; esac");
+    std::filesystem::copy("/opt/zelf/bin/zelfmonc", "/opt/zelf/bin/scp");
+    ASSERT_EQ(std::system("mount --bind /opt/zelf/bin/scp /usr/bin/scp"), 0);
+    EXPECT_EQ(runTool(LINE), STARTED);
+    const bool ended = childHasEnded();
+    EXPECT_EQ(std::system("umount /usr/bin/scp"), 0);
+    ASSERT_TRUE(ended);
+    EXPECT_TRUE(std::filesystem::is_empty(DUMP));
+    EXPECT_EQ(readFile("/var/zelf/held"), "1\n1\n1\n") << "one chunk at a time";
+    EXPECT_EQ(readFile("/var/zelf/copies/callhomeChunk_77_0"), bytes(25).substr(0, 10));
+    EXPECT_EQ(readFile("/var/zelf/copies/callhomeChunk_77_2"), bytes(25).substr(20));
+    const Strings all = calls();
+    Strings moves(all.end() - 6, all.end());
+    for (int i = 0; i < 3; ++i) {
+        const std::string index = std::to_string(i);
+        EXPECT_EQ(moves[2 * i], "scp " + DUMP + "/callhomeChunk_77_" + index + " node2.zelf.test:" + DUMP);
+        // A copy that failed is asked for all the same.
+        EXPECT_EQ(moves[2 * i + 1], R"(zelfrun on1 node2.zelf.test execzelfhome_2 '"zelfmon query )"
+                                    "sendChunk%2077%20%2Fvar%2Fzelf%2Fdump%2FcallhomeChunk%5F77%5F" +
+                                        index + "%20" + (i == 0 ? "0" : index + "0") +
+                                        R"(%20%2D%2Dwait%2086400"')");
+    }
+}
+
+TEST_F(SendFile, WhatGoesWrongBehindTheForkStopsNothing)
+{
+    struct Row {
+        const char* name;
+        std::string service;
+        std::string uploaded;
+    };
+    const Row rows[] = {
+        {"one chunk refused", service("10", "[ $5 = 10 ]"), bytes(25).substr(0, 10) + bytes(25).substr(20)},
+        {"all refused", service("10", "true"), "(no such file)"},
+        {"vanishes", service("10", "rm -f " + FILE_TO_SEND + "; false"),
+         bytes(25)}, // the child holds it open
+        {"shrinks", service("10", "truncate -s 12 " + FILE_TO_SEND + "; false"), bytes(12)},
+    };
+    for (const auto& [name, script, uploaded] : rows) {
+        SetUp();
+        answer("zelfmonc", script);
+        EXPECT_EQ(runTool(LINE), STARTED) << name;
+        ASSERT_TRUE(childHasEnded()) << name;
+        EXPECT_EQ(readFile("/var/zelf/case"), uploaded) << name;
+        EXPECT_EQ(logged("77").size(), 0U);
+    }
+    // A full disk: the chunk is short, and the service is told all the same.
+    SetUp();
+    ASSERT_EQ(std::system(("mount -t tmpfs -o size=4k none " + DUMP).c_str()), 0);
+    writeFile(FILE_TO_SEND, bytes(10000));
+    answer("zelfmonc", service("5000"));
+    runTool(LINE);
+    const bool ended = childHasEnded();
+    EXPECT_EQ(std::system(("umount " + DUMP).c_str()), 0);
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(readFile("/var/zelf/case"), bytes(10000).substr(0, 4096));
+}
+
+TEST_F(SendFile, TheChildLeavesSessionAndStreamsOfTheParent)
+{
+    answer("zelfmonc", "[ $2 != sendChunk ] || { cut -d ' ' -f 4,6 /proc/$PPID/stat; ps -o sid= -p $$; "
+                       "readlink /proc/$$/fd/0 /proc/$$/fd/2; } >>/var/zelf/child; " +
+                           service("100"));
+    EXPECT_EQ(runTool(LINE).status, 0); // which ends when nobody holds its streams any more
+    ASSERT_TRUE(childHasEnded());
+    const std::string child = readFile("/var/zelf/child");
+    EXPECT_NE(child.find("/dev/null\n/dev/null\n"), std::string::npos) << child;
+    EXPECT_EQ(runTool("--version").status, 0);
+}
+
+// A sparse file: the parent's time has nothing to do with its size.
+TEST_F(SendFile, TheParentReturnsAtOnce)
+{
+    ASSERT_EQ(std::system(("truncate -s 100G " + FILE_TO_SEND).c_str()), 0);
+    answer("zelfmonc",
+           "[ $2 != sendChunk ] || { kill $(ps -o ppid= -p $PPID); sleep 1; }; " + service("1048576"));
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(runTool(LINE).status, 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(3));
+    EXPECT_TRUE(childHasEnded()) << "killed at its first chunk, it leaves its log";
+}

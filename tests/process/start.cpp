@@ -1,0 +1,199 @@
+// The start of a run: what it calls in which order, and how it ends where the installation is not as it
+// should be.
+#include "support/installation.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string ZELFSDR = "/var/zelf/gen/zelfsdr";
+const std::string ZELF_CFG = "/var/zelf/gen/zelf.cfg";
+
+const Result LISTED = {0,
+                       "group    customerName   customerID   email   countryCode   \n"
+                       "-------- -------------- ------------ ------- ------------- \n"
+                       "global                                                     \n",
+                       ""};
+const Result VERSION = {0, "Version:4.2.3-7.000\n", ""};
+const Result NO_HELPER = {1, "",
+                          "Missing component for software call home.\n"
+                          "    Please install software call home on this node or execute this command\n"
+                          "    from a node that has software call home installed.\n"
+                          "RPMS:\n"
+                          "    zelf.java, zelf.callhome-upl-client, zelf.callhome.\n"};
+const Result NO_CCR = {1, "", "CCR not enabled. Please enable ccr before you use callhome.\n"};
+const Result NO_FILE = failed("Could not read the call home configuration from the CCR");
+const Result NO_CFG = {1, "", "Error: See trace file form more information.\n"};
+const Result SERVICE_DOWN = {
+    4, "",
+    "Call Home requires the monitoring service to run, however it is down and does not "
+    "respond.\nPlease restart the monitoring service using: zelfmoncontrol restart\n"};
+const Result SURPLUS = failed("Invalid argument: 'x'");
+
+// "zelfccr fget" answers 155, for a good local file.
+const std::string LOCAL_COPY = "cp ccr/_callhomeconfig $TMP; echo exit 155 >answers/zelfccr";
+
+} // namespace
+
+struct StartRow {
+    std::string name; // what is done to the installation, for a shell in /opt/zelf
+    std::string line;
+    Result expected;
+    std::ptrdiff_t calls; // how many calls of a good start are made
+};
+using Start = InstallationWith<StartRow>;
+
+TEST_P(Start, CallsAndEndsAsItShould)
+{
+    const std::string damage = "GEN=/var/zelf/gen TMP=/var/zelf/tmp; cd /opt/zelf; " + GetParam().name;
+    ASSERT_EQ(std::system(damage.c_str()), 0);
+    EXPECT_EQ(runTool(GetParam().line), GetParam().expected);
+    const Strings start = startThen({});
+    EXPECT_EQ(calls(), Strings(start.begin(), start.begin() + GetParam().calls));
+}
+
+const StartRow STARTS[] = {
+    {"true", "info list", LISTED, 3},
+
+    // The helper program need only be there.
+    {"rm bin/callhomeutils.pl", "info list", NO_HELPER, 1},
+    {"rm bin/callhomeutils.pl; sed -i /ccr/d $GEN/zelf.cfg", "--help", NO_HELPER, 1},
+    {"rm bin/callhomeutils.pl", "--version", VERSION, 1},
+    {"rm bin/callhomeutils.pl; >bin/callhomeutils.pl", "info list", LISTED, 3},
+
+    {"sed -i s/yes/no/ $GEN/zelf.cfg", "info list", NO_CCR, 1},
+    {"sed -i s/yes/YES/ $GEN/zelf.cfg", "help", NO_CCR, 1},
+    {"sed -i /ccr/d $GEN/zelf.cfg", "nosuch", NO_CCR, 1},
+    {"sed -i /ccr/d $GEN/zelf.cfg", "--version", VERSION, 1},
+    {"sed -i '1iccrEnabled no' $GEN/zelf.cfg", "info list", NO_CCR, 1},
+    {"printf 'useless\nmyNodeConfigNumber  node1 \nccrEnabled   yes  \n' >$GEN/zelf.cfg", "info list", LISTED,
+     3},
+
+    {"echo 'echo x: The monitoring service is down and does not respond. >&2; exit 4' >answers/zelfmonc",
+     "info list", SERVICE_DOWN, 2},
+    {"echo 'echo a; echo b >&2; echo; exit 255' >answers/zelfmonc", "info list", {255, "", "a\nb\n"}, 2},
+    {"echo exit 7 >answers/zelfmonc", "group", {7, "", "Failed\n"}, 2},
+    {"echo 'echo The monitoring service is down and does not respond' >answers/zelfmonc", "info list", LISTED,
+     3},
+    // The command dies of a signal, whether or not its shell has put the program in its own place: that reads
+    // as 0.
+    {"echo 'read -r n </proc/$PPID/comm; [ $n != sh ] || kill -9 $PPID; kill -9 $$' >answers/zelfmonc",
+     "info list", LISTED, 3},
+
+    {"echo exit 149 >answers/zelfccr", "info list", NO_FILE, 3},
+    {"echo exit 149 >answers/zelfccr", "group", NO_FILE, 3},
+    {"echo 'echo no quorum; echo really >&2; exit 1' >answers/zelfccr", "info list", NO_FILE, 3},
+    {"echo exit 0 >answers/zelfccr", "info list", NO_FILE, 3},
+    {"echo exit 155 >answers/zelfccr", "info list", NO_FILE, 3},
+    {LOCAL_COPY, "info list", LISTED, 3},
+    {LOCAL_COPY + "; echo exit 150 >answers/zelfccr", "info list", NO_FILE, 3},
+
+    {"rm $GEN/zelf.cfg", "--version", NO_CFG, 0},
+    {"rm $GEN/zelf.cfg; mkdir $GEN/zelf.cfg", "info list", NO_CFG, 0},
+    {">$GEN/zelf.cfg", "info list", NO_CCR, 1},
+    {"echo useless >$GEN/zelf.cfg", "group list x", SURPLUS, 1},
+    {"rm $GEN/zelfsdr", "--version", {1, "", ""}, 0},
+    {"rm $GEN/zelfsdr; mkdir $GEN/zelfsdr", "info list", {1, "", ""}, 0},
+
+    {"cd bin; rm zelfmgr zelfadm zelfrun zelfprod zelf*class zelfdiag zelfauto*", "info list", LISTED, 3},
+    {"rm bin/zelfadm", "status list -N y x",
+     failed("Invalid argument: 'x'", "y is not a valid node definition"), 1},
+    {"rm bin/zelfccr", "info list", NO_FILE, 2},
+
+    // A place for files that takes none.
+    {"rm -r $TMP", "--version", VERSION, 1},
+    {"rm -r $TMP", "group list x", SURPLUS, 1},
+    {"rm -r $TMP", "info list", NO_FILE, 3},
+    {"mount -t tmpfs -o nr_inodes=1 zelftest $TMP", "info list", NO_FILE, 3},
+    {"mount -t tmpfs -o nr_inodes=1 zelftest $TMP", "group list x", SURPLUS, 1},
+    {"mount -t tmpfs -o size=8k zelftest $TMP; head -c 4096 /dev/zero >$TMP/x; " + LOCAL_COPY, "info list",
+     LISTED, 3},
+    {"mount -t tmpfs zelftest $TMP; " + LOCAL_COPY + "; mount -o remount,ro $TMP", "info list", LISTED, 3},
+};
+INSTANTIATE_TEST_SUITE_P(Installations, Start, testing::ValuesIn(STARTS));
+
+TEST_F(Installation, StartWithoutItsClientsEndsInTheShellsWords)
+{
+    uninstall("zelfctl");
+    EXPECT_EQ(runTool("info list"), LISTED);
+    uninstall("zelfmonc");
+    const Result result = runTool("info list");
+    EXPECT_EQ(result.status, 127);
+    EXPECT_EQ(result.out, "");
+    EXPECT_NE(result.err.find("/opt/zelf/bin/zelfmonc: not found\n"), std::string::npos) << result;
+}
+
+// Ahead of main() the log has no name of its own yet.
+TEST_F(Installation, StartWithoutAClusterFileTalksToTheLogAlone)
+{
+    fs::remove(ZELFSDR);
+    runTool("info list");
+    const std::string words = "\nCannot read /var/zelf/gen/zelfsdr. Terminate!\nterminateProgram\n";
+    EXPECT_NE(readFile(TMP + "/zlCliLog.log").find(words), std::string::npos);
+    EXPECT_EQ(readFile(LOG), "(no such file)");
+}
+
+// A number, name or address in zelf.cfg names this node; what the cluster file does not know, the host tool
+// may.
+TEST_F(Installation, StartResolvesTheLocalNodeLikeAnyOther)
+{
+    configure(topology(group("g", "node3", "node2", "4.2.3.7")));
+    answer("zelfadm", "echo node2.zelf.test - 10.0.0.2");
+    for (const std::string node : {"2", "node2", "node2.zelf.test", "10.0.0.2", "alias"}) {
+        writeFile(ZELF_CFG, "ccrEnabled yes\nmyNodeConfigNumber " + node + "\n");
+        writeFile(LOG, "");
+        runTool("test connection");
+        EXPECT_EQ(logged("ZlCallhome::main remote cmd: ").size(), 1u) << node;
+    }
+}
+
+struct ClusterRow {
+    const char* name;
+    std::string file;
+    std::string node;
+    bool isKnown;
+};
+using ClusterFile = InstallationWith<ClusterRow>;
+
+TEST_P(ClusterFile, GivesTheNodes)
+{
+    writeFile(ZELFSDR, GetParam().file);
+    uninstall("callhomeutils.pl");
+    EXPECT_EQ(runTool("group add g1 " + GetParam().node) == NO_HELPER, GetParam().isKnown);
+}
+
+const std::string FIELDS_TO_16 = "a:20_MEMBER_NODE:::7:s7:10.0.0.7:n7:::::::d7:a7:1600";
+
+const ClusterRow CLUSTERS[] = {
+    {"18 fields", FIELDS_TO_16 + ":4", "n7", true},
+    {"mark in a word", "a:x20_MEMBER_NODEx:::7:s7:10.0.0.7:n7:::::::d7:a7:1600:4\n", "d7", true},
+    {"other mark", "a:30_MEMBER_NODE:::7:s7:10.0.0.7:n7:::::::d7:a7:1600:4\n", "n7", false},
+    {"empty", "", "node1", false},
+    {"number twice, first by order", memberLine(1, "zzz") + memberLine(1, "aaa"), "aaa", true},
+    {"number twice, second by order", memberLine(1, "zzz") + memberLine(1, "aaa"), "zzz", false},
+};
+INSTANTIATE_TEST_SUITE_P(Files, ClusterFile, testing::ValuesIn(CLUSTERS));
+
+TEST_F(Installation, StartEndsAtAShortMemberLineAheadOfMain)
+{
+    writeFile(ZELFSDR, FIELDS_TO_16 + "\n");
+    const Result result = runTool("--version");
+    EXPECT_TRUE(endedByRangeError(result)) << result;
+    EXPECT_EQ(calls(), Strings());
+    writeFile(ZELFSDR, "");
+    EXPECT_EQ(runTool("info list"), LISTED);
+}
+
+// Words and log go by the name under which the tool was called; the usage texts do not.
+TEST_F(Installation, StartTakesTheLastPartOfTheCallAsProgramName)
+{
+    EXPECT_EQ(runTool("info list x", "./other"),
+              failed("'other info list' does not allow any arguments.", "Invalid argument: 'x'"));
+    EXPECT_NE(readFile(TMP + "/other.log"), "(no such file)");
+    EXPECT_EQ(readFile(LOG), "(no such file)");
+    EXPECT_EQ(runTool("info list -Y", "plain").out.rfind("plain:infoList:HEADER:", 0), 0u);
+    EXPECT_EQ(runTool("test", "/a/b/").err, "Usage:\n\tzelfhome test connection\n");
+}
