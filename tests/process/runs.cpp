@@ -2,7 +2,6 @@
 #include "support/installation.h"
 
 #include <filesystem>
-#include <regex>
 
 namespace {
 
@@ -143,10 +142,9 @@ TEST_F(Installation, TheConnectionTestReportsWhatTheClientSays)
     std::filesystem::create_directories("/opt/zelf/java/jre/bin");
     std::filesystem::create_symlink("/opt/zelf/stand-in", "/opt/zelf/java/jre/bin/java");
     configure(member("5.0"));
-    const std::string time = "[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9]\\d \\d\\d:\\d\\d:\\d\\d \\d{4}\n";
+    const char* const time = "[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9:]{8} [0-9]{4}";
     const std::string begin = "## Starting connectivity test between the call home node and Quorvex\n"
-                              "Call home node: node1\\.zelf\\.test\nStarting time: " +
-                              time + "\n";
+                              "Call home node: node1.zelf.test\nStarting time: TIME\n\n";
     struct Row {
         const char* script;
         const char* body;
@@ -162,9 +160,8 @@ TEST_F(Installation, TheConnectionTestReportsWhatTheClientSays)
         answer("java", script);
         const Result result = runTool("test connection");
         EXPECT_EQ(result.status, status) << script;
-        EXPECT_TRUE(std::regex_match(status == 0 ? result.out : result.err,
-                                     std::regex(begin + body + "End time: " + time)))
-            << result.out << result.err;
+        EXPECT_EQ(replaced(status == 0 ? result.out : result.err, time, "TIME"),
+                  begin + body + "End time: TIME\n");
     }
     EXPECT_EQ(
         logged("_executeCMD cmd = /opt/zelf/java/jre/bin/java").back(),
