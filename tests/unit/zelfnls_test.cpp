@@ -1,0 +1,121 @@
+// The message catalogue, with one that gencat(1) has made.
+#include "fixture.h"
+
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <langinfo.h>
+#include <stdio_ext.h>
+
+#include "services/zelfnls.h"
+
+namespace {
+
+// Whether the asking signal was blocked in the lookup seen last.
+bool wasBlocked = false;
+
+bool isBlocked(int signal)
+{
+    sigset_t mask;
+    sigprocmask(SIG_BLOCK, nullptr, &mask);
+    return sigismember(&mask, signal) == 1;
+}
+
+class ZelfNlsTest : public ZelfTest {
+protected:
+    void SetUp() override
+    {
+        ZelfTest::SetUp();
+        writeFile(source, "$set 66\n6 Falscher Befehl: %s\\n\n71 Gebrauch\n$set 1\n6 andere\n");
+        ASSERT_EQ(std::system(("gencat " + folder + "zelf.cat " + source).c_str()), 0);
+        setenv("NLSPATH", (folder + "%N").c_str(), 1);
+    }
+    void TearDown() override
+    {
+        CleanupZelfNLS();
+        unsetenv("NLSPATH");
+        setlocale(LC_ALL, "C");
+        setvbuf(stderr, nullptr, _IONBF, 0);
+        ZelfTest::TearDown();
+    }
+
+    const std::string folder = TMP;
+    const std::string source = folder + "zelf.msg";
+};
+
+} // namespace
+
+extern "C" char* catgets(nl_catd catalogue, int set, int number, const char* text) noexcept
+{
+    static const auto next = reinterpret_cast<decltype(&catgets)>(dlsym(RTLD_NEXT, "catgets"));
+    wasBlocked = isBlocked(SIGUSR1);
+    return next(catalogue, set, number, text);
+}
+
+TEST_F(ZelfNlsTest, TextsComeFromTheCatalogueWhileItIsOpen)
+{
+    const char* const text = "default";
+    EXPECT_EQ(CatGets(66, 6, text), text);
+    InitZelfNLS();
+    ASSERT_NE(CatHandle, nullptr);
+    EXPECT_STREQ(CatGets(66, 6, text), "Falscher Befehl: %s\n");
+    EXPECT_STREQ(CatGets(1, 6, text), "andere");
+    EXPECT_EQ(CatGets(66, 92, text), text);
+    EXPECT_EQ(CatGets(67, 6, text), text);
+    testing::internal::CaptureStderr();
+    printCatMessage(MSG_INVALID_COMMAND, "Invalid command: %s\n", "nix");
+    printCatMessage(MSG_SEE_TRACE, "number %d\n", 92);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Falscher Befehl: nix\nnumber 92\n");
+    CleanupZelfNLS();
+    EXPECT_EQ(CatHandle, nullptr);
+    EXPECT_EQ(CatGets(66, 6, text), text);
+    CleanupZelfNLS();
+}
+
+TEST_F(ZelfNlsTest, WithoutACatalogueTheDefaultsStay)
+{
+    setenv("NLSPATH", (folder + "missing/%N").c_str(), 1);
+    setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
+    InitZelfNLS();
+    EXPECT_EQ(CatHandle, nullptr);
+    EXPECT_STREQ(CatGets(66, 6, "default"), "default");
+    EXPECT_TRUE(__flbf(stdout));
+    EXPECT_TRUE(__flbf(stderr));
+}
+
+TEST_F(ZelfNlsTest, ALookupLeavesNoTrace)
+{
+    InitZelfNLS();
+    sigset_t answers;
+    sigemptyset(&answers);
+    sigaddset(&answers, SIGUSR1);
+    for (const int how : {SIG_UNBLOCK, SIG_BLOCK}) {
+        sigprocmask(how, &answers, nullptr);
+        for (const int number : {0, 1, 2, 35, 42, 52, 88, 110, 122, 129, 130, 512, -3}) {
+            errno = number;
+            CatGets(66, 1000, "default"); // a failure sets errno
+            EXPECT_EQ(errno, number);
+            EXPECT_TRUE(wasBlocked);
+            EXPECT_EQ(isBlocked(SIGUSR1), how == SIG_BLOCK);
+        }
+    }
+    sigprocmask(SIG_UNBLOCK, &answers, nullptr);
+}
+
+TEST_F(ZelfNlsTest, TheTwoAnswers)
+{
+    // The locale "C" has none.
+    EXPECT_STREQ(new_nl_langinfo(0x50002), "yes");
+    EXPECT_STREQ(new_nl_langinfo(0x50003), "no");
+    EXPECT_STREQ(new_nl_langinfo(YESEXPR), "^[yY]");
+    EXPECT_STREQ(new_nl_langinfo(CRNCYSTR), nl_langinfo(CRNCYSTR));
+    const std::pair<int, int> items[] = {{0x50002, 46}, {0x50003, 47}, {0x50001, 0x50001}, {0, 0}};
+    for (const auto& [system, zelf] : items) {
+        EXPECT_EQ(SystemToZelfNlsVal(system), zelf);
+        EXPECT_EQ(ZelfToSystemNlsVal(zelf), system);
+    }
+    EXPECT_EQ(SystemToZelfNlsVal(46), 46);
+    EXPECT_EQ(ZelfToSystemNlsVal(0x50002), 0x50002);
+}

@@ -1,0 +1,199 @@
+// Who the nodes are: the cluster definition file, the many names of a node, the local node, manager and
+// collector, and their releases.
+#include "fixture.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "cluster/zelfversion.h"
+#include "cluster/zlclusterinfo.h"
+#include "services/zlutils.h"
+
+using ZlClusterInfoTest = ZelfTest;
+using Info = ZlClusterInfo;
+
+TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
+{
+    EXPECT_EQ(Info::getNodesMap({}), 1);
+    const std::string good = member(7, "d7 10.0.0.7 a7 dl7 as7", 1800, "MX");
+    setCluster({good, member(7, "e7 - second"), "test:10_CLUSTER:::7:x", member(12, "d12")});
+    ASSERT_EQ(Info::getClusterNodes()->size(), 2U);
+    const ZlClusterNode seven = *Info::getClusterNodes()->begin(); // the line that sorts first
+    EXPECT_EQ(seven.getRelease() + toString(seven.getLevel()), "5.0.2.01800");
+    EXPECT_TRUE(Info::hasNodeRole("as7", "X"));
+    EXPECT_FALSE(Info::hasNodeRole("as7", "Q"));
+    // 18 fields are enough, 17 are not.
+    EXPECT_THROW(Info::getNodesMap({good.substr(0, good.rfind(':'))}), std::out_of_range);
+
+    for (const std::string name : {"d7", "10.0.0.7", "a7", "dl7", "as7", "7"}) {
+        EXPECT_TRUE(seven.equal(name)) << name;
+    }
+    for (const std::string name : {"07", "7 ", "", "MX", "1800", "A7", "a"}) {
+        EXPECT_FALSE(seven.equal(name)) << name;
+    }
+    ZlClusterNode four;
+    EXPECT_EQ(four.getLevel(), 0xffffffffU);
+    four.setNumber("4x");
+    EXPECT_TRUE(four < seven && !(seven < four) && !(seven < seven));
+    EXPECT_TRUE(seven < 7 && !(four < 7)); // an equality, and the next a difference
+    EXPECT_TRUE(seven < std::string("other") && !(seven < std::string("dl7")));
+    EXPECT_TRUE(seven.equal(7) && seven.equal(seven) && !seven.equal(four));
+    // Assignment leaves the roles behind, a copy takes them along.
+    four.setOtherNodeRoles("Q");
+    const ZlClusterNode result = (four = seven);
+    EXPECT_EQ(result.getOtherNodeRoles() + four.getOtherNodeRoles() +
+                  ZlClusterNode(seven).getOtherNodeRoles(),
+              "QQMX");
+    EXPECT_EQ(four.getAdminLongName() + four.getDaemonIP(), "a710.0.0.7");
+}
+
+TEST_F(ZlClusterInfoTest, WalkAndIndexFindTheSameNode)
+{
+    // Names, addresses and numbers that clash across 60 nodes: each text is the name of several.
+    Info::controlState = 0;
+    Names lines;
+    const auto text = [](int number) { return toString(number % 60 + 1); };
+    for (int i = 1; i <= 60; ++i) {
+        lines.insert(member(i, "n" + text(i + 7) + " 10.0.0." + text(i * 3) + " n" + text(i) + ".zelf n" +
+                                   text(i + 3) +
+                                   (i % 2 == 0 ? " " + text(i + 30) : " n" + text(i * 7) + ".zelf")));
+    }
+    setCluster(lines);
+    Words names = {"", "0", "-1", "007", "+3", "n99", "99999999999"};
+    for (int i = 1; i <= 61; ++i) {
+        for (const char* form : {"%", "n%", "n%.zelf", "10.0.0.%"}) {
+            replaceAllSubstrg(names.emplace_back(form), "%", toString(i));
+        }
+    }
+    // Some walks must have been paid for ahead of the index; the rounds lie on both sides.
+    for (int round = 0; round < 2; ++round) {
+        for (const std::string& name : names) {
+            auto walk = Info::nodesP->begin();
+            while (walk != Info::nodesP->end() && !walk->equal(name)) {
+                ++walk;
+            }
+            ASSERT_EQ(Info::findNode(name) == walk, true) << name << " in round " << round;
+        }
+    }
+    setCluster({member(9, "n1")}); // the index follows
+    EXPECT_EQ(Info::toNodeNumber("n1") + Info::toNodeNumber("n2"), 9);
+}
+
+TEST_F(ZlClusterInfoTest, EveryNameLeadsToTheStoredStrings)
+{
+    for (const std::string name : {"1", "node1", "node1.zelf.test", "10.0.0.1"}) {
+        EXPECT_EQ(&Info::toAdminLongName(name), &Info::getLocalNodeName()) << name;
+        EXPECT_EQ(Info::toAdminShortName(name) + toString(Info::toNodeNumber(name)), "node11");
+    }
+    Info::controlState = 0;
+    EXPECT_EQ(logged([] { EXPECT_EQ(Info::toAdminLongName("nobody"), ""); }),
+              "ZlClusterInfo::toAdminLongName: illegal node: nobody\n");
+}
+
+TEST_F(ZlClusterInfoTest, AsksTheHostToolForUnknownNames)
+{
+    const std::pair<const char*, int> cases[] = {{"echo node2.zelf.test node2 192.168.0.1", 2},
+                                                 {"echo other other 10.0.0.3 more", 3},
+                                                 {"echo node3 x node2 x; echo node1 node1 node1 x",
+                                                  2}, // the first line; the first node in number order
+                                                 {"echo other other 192.168.0.1", 0},
+                                                 {"echo node2 node2", 0},
+                                                 {"echo node2 node2 10.0.0.2; exit 1", 0},
+                                                 {"true", 0}};
+    for (const auto& [reply, number] : cases) {
+        install("zelfadm", reply);
+        EXPECT_EQ(Info::toNodeNumber("alias"), number) << reply;
+        EXPECT_EQ(calls(), "zelfadm [host] [alias]\n");
+    }
+    EXPECT_EQ(Info::toNodeNumber("node1") + Info::toNodeNumber(""), 1);
+    Info::controlState = 0;
+    EXPECT_EQ(Info::toNodeNumber("alias"), 0);
+    EXPECT_EQ(calls(), "");
+}
+
+TEST_F(ZlClusterInfoTest, ManagerAndCollector)
+{
+    const std::pair<const char*, const char*> managers[] = {
+        {"echo Cluster manager node: 10.0.0.2 x", "node2.zelf.test"},
+        {"echo noise; echo a b c node3 d", "node3.zelf.test"},
+        {"echo a b c node3 d; echo three words here", ""},
+        {"echo a b c node3 d; exit 1", ""},
+        {"true", ""}};
+    for (const auto& [reply, node] : managers) {
+        install("zelfmgr", reply);
+        EXPECT_EQ(Info::getManagerNode(), node) << reply;
+        EXPECT_EQ(calls(), "zelfmgr [-c]\n");
+    }
+    const std::pair<const char*, const char*> collectors[] = {
+        {"echo 'aa:standby;bb:active' >$3", "bb"},
+        {"echo 'aa:standby' >$3", "aa"},
+        {"printf 'zz:acti\\nve;bb:active;;no colon;cc:down' >$3", "zz"}, // the last in the set's order
+        {"echo 'aa:down' >$3", ""},
+        {"exit 149", ""},
+        {"exit 7", ""},
+        {"rm $3", ""}};
+    for (const auto& [reply, node] : collectors) {
+        install("zelfccr", reply);
+        EXPECT_EQ(Info::getCollectorNode(), node) << reply;
+        EXPECT_EQ(calls(), "zelfccr [fget] [collectors] [/var/zelf/tmp/collectors]\n");
+    }
+}
+
+TEST_F(ZlClusterInfoTest, ConfigurationFile)
+{
+    // The first line of a key wins; a line without a blank repeats the pair before it.
+    setZelfCfg("first\nkey one two  \nkey three\nword\n  lead x\nempty \n");
+    const std::map<std::string, std::string> expected = {{"", ""}, {"key", "one two"}, {"empty", ""}};
+    EXPECT_EQ(Info::getZelfCfg(), expected);
+    std::filesystem::remove("/var/zelf/gen/zelf.cfg");
+    EXPECT_EQ(Info::getZelfCfg(), expected); // read once
+    Info::zelfcfgMapP->clear();
+    expectEnd([] { Info::getLocalNodeName(); }, 1, "", "Error: See trace file form more information.\n");
+}
+
+TEST_F(ZlClusterInfoTest, ReleasesOfClusterAndNodes)
+{
+    install("zelfprod", "case $1 in\n  1600)  result=\"4.2.0\" ;;\n 1700)  result=\"\" ;;\nesac");
+    EXPECT_EQ(Info::releaseLevelToName(1600) + Info::releaseLevelToName(1700) +
+                  Info::releaseLevelToName(1800),
+              "4.2.01800");
+    install("zelfprod", "1800)  result=\"5.0\" ;; 1600)  result=\"new\""); // what failed is asked again
+    EXPECT_EQ(Info::releaseLevelToName(1800) + Info::releaseLevelToName(1600), "5.04.2.0");
+
+    TestCli& cli = makeCli();
+    const std::tuple<const char*, int, nodeLevel_t, const char*> cases[] = {
+        {"minReleaseLevel 1900 5.0.2.0\n", 0, 1900, "5.0.2.0"},
+        {"minReleaseLevel 1900\n", 1, 0, ""},
+        {"minReleaseLevel 1900 5.0 x\n", 1, 0, ""},
+        {"other 1900 5.0\n", 1, 7, "old"}};
+    for (const auto& [line, result, level, version] : cases) {
+        setZelfCfg(std::string("myNodeConfigNumber 4\n") + line);
+        nodeLevel_t gotLevel = 7;
+        std::string gotVersion = "old";
+        EXPECT_EQ(cli.getClusterMinReleaseLevel(&gotLevel, &gotVersion), result) << line;
+        EXPECT_EQ(gotVersion + toString(gotLevel), version + toString(level));
+    }
+    EXPECT_EQ(cli.getNodeReleaseVersion() + toString(cli.getNodeReleaseLevel()), "4.1.1.01500");
+    cli.setMinReleaseLevel(1600);
+    EXPECT_TRUE(cli.ensureMinReleaseLevel("node1", 1900) && cli.ensureMinReleaseLevel("1", 0));
+    EXPECT_FALSE(cli.ensureMinReleaseLevel("4", 0) || cli.ensureMinReleaseLevel("nobody", 1));
+}
+
+TEST(ZelfVersion, SixOperatorsOnOneComparison)
+{
+    // Part by part over the left one's parts: versions below the gate, and others.
+    const std::string gate = "4.2.3.7";
+    const Words below = {"4.2.3.6", "4.1.9.9", "0.0.0.0", "", "x.9", "4.2.3-9.6"};
+    const Words notBelow = {"4.2.3.7", "4.2.3.8", "4.10.0.0", "5.0.0.0", "5", "4", "4.2.3-9.8"};
+    for (const Words& versions : {below, notBelow}) {
+        for (const std::string& text : versions) {
+            const auto six = [&](const auto& b) {
+                const ZelfVersion a(text);
+                return toString(a < b) + toString(a > b) + toString(a == b) + toString(a != b) +
+                       toString(a <= b) + toString(a >= b);
+            };
+            EXPECT_EQ(six(gate), versions == below ? "100110" : "010101") << text;
+            EXPECT_EQ(six(ZelfVersion(gate)), six(gate)) << text;
+        }
+    }
+}

@@ -1,0 +1,114 @@
+// The edges of the text utilities that files, arguments and forwarded lines are built on.
+#include "fixture.h"
+
+#include <stdexcept>
+
+#include "services/zlutils.h"
+
+TEST(ZlUtils, TrimLeavesBlanksOnlyAndASingleFirstByteAlone)
+{
+    const Words cases[] = {// text, trimLeft, trimRight, trim
+                           {"", "", "", ""},
+                           {"   ", "   ", "   ", "   "},
+                           {" a ", "a ", " a", "a "},
+                           {"a  ", "a  ", "a  ", "a  "},
+                           {"\t\n\v\f\r x y\r\f\v\n\t", "x y\r\f\v\n\t", "\t\n\v\f\r x y", "x y"}};
+    for (const Words& texts : cases) {
+        Words got(4, texts[0]);
+        trimLeft(got[1], whitespace);
+        trimRight(got[2], whitespace);
+        trim(got[3], whitespace);
+        EXPECT_EQ(got, texts);
+    }
+}
+
+TEST(ZlUtils, CutsAtAnyByteOrAtTheWholeDelimiter)
+{
+    const std::tuple<std::string, std::string, Words, Words> cases[] = {
+        {"", ",", {""}, {""}},
+        {"a,,b,", ",", {"a", "", "b", ""}, {"a", "", "b", ""}},
+        // Any byte cuts, but the search resumes behind the hit by the delimiter's length.
+        {"a; b;c", "; ", {"a", "b", ""}, {"a", "b;c"}}};
+    for (const auto& [text, delimiter, anyByte, whole] : cases) {
+        Words list = {"old"};
+        EXPECT_EQ(stringToVector(&list, text, delimiter), 0);
+        EXPECT_EQ(list, anyByte);
+        Names set = {"old"};
+        EXPECT_EQ(stringToSet(&set, text, delimiter), 0);
+        EXPECT_EQ(set, Names(anyByte.begin(), anyByte.end()));
+        EXPECT_EQ(split(text, delimiter), whole);
+        Words added;
+        EXPECT_EQ(stringListToContainer(text, delimiter, &added), 0);
+        EXPECT_EQ(added, whole);
+        stringListToContainer(text, delimiter, &added); // goes behind what is there
+        EXPECT_EQ(added.size(), 2 * whole.size());
+    }
+    EXPECT_EQ(stringToVector(nullptr, "a", ","), 1);
+    EXPECT_EQ(stringToSet(nullptr, "a", ","), 1);
+    EXPECT_EQ(stringListToContainer("a", ",", nullptr), 1);
+    EXPECT_EQ(containerToString({}, ",") + containerToString({"", "b", ""}, ","), ",b,");
+}
+
+TEST(ZlUtils, ReplacesWithinTheLengthOnEntryOnly)
+{
+    const Words cases[] = {
+        // text, from, to, result, count
+        {"aXbX", "X", "YYYY", "aYYYYbX", "1"}, // the second hit has moved behind the old end
+        {"aaa", "a", "aa", "aaaaa", "2"},
+        {"XXXXab", "XX", "", "ab", "2"},
+        {"abc", "x", "y", "abc", "0"}};
+    for (const Words& texts : cases) {
+        std::string text = texts[0];
+        EXPECT_EQ(toString(replaceAllSubstrg(text, texts[1], texts[2])), texts[4]);
+        EXPECT_EQ(text, texts[3]);
+    }
+}
+
+TEST(ZlUtils, PercentCodec)
+{
+    std::string allBytes;
+    for (int byte = 0; byte < 256; ++byte) {
+        allBytes += static_cast<char>(byte);
+    }
+    std::string coded;
+    std::string decoded = "old";
+    percentEncode(coded, allBytes, allBytes);
+    EXPECT_EQ(coded.substr(0, 6) + coded.substr(3 * 255), "%00%01%FF");
+    percentDecode(decoded, coded);
+    EXPECT_EQ(decoded, allBytes);
+    Words list = {"old"};
+    percentEncode(list, {"50% of\na:\xe9", ""}, "%:\n");
+    EXPECT_EQ(list, (Words{"50%25 of%0Aa%3A\xe9", ""}));
+
+    // No check: two bytes are what strtol(3) makes of them.
+    percentDecode(decoded, "a%41%62%zzx%4gx%-1x% 7x%2520");
+    EXPECT_EQ(decoded, std::string("aAb\0x\4x\xffx\7x%20", 14));
+    for (const char* cut : {"%", "abc%", "%4", "%41%4"}) {
+        EXPECT_THROW(percentDecode(decoded, cut), std::out_of_range) << cut;
+    }
+}
+
+TEST(ZlUtils, Predicates)
+{
+    // d: isDecimal, u: isUnsingedDecimal, i: isInt, a: isStringAlpha, p: isStringPMR.
+    const std::pair<std::string, Words> cases[] = {
+        {"dui", {"0", "7", "2147483647"}},
+        {"du", {"05", "1.5", ".5", "2147483648", "4294967297", "99999999999999999999"}},
+        {"di", {"-7", "-2147483648"}},
+        {"d", {"+5", "-0", " 5", "-.5", "a12", "-2147483649"}}, // the first byte is not looked at
+        {"da", {"a"}},
+        {"a", {"", "abcXYZ", "TS"}},
+        {"p", {"TS123456789", "TS.;-/ !\"#$", "12345.A1B.000", "12345.000.000"}},
+        {"",
+         {"-", ".", "--5", "5 ", "1.", "1.5.5", "1a2", "ab\xe9", "TS123", "TS1234567890", "ts123456789",
+          "12345.a1b.000", "1234A.A1B.000", "12345.A1B.00A", "12345-A1B-000", "12345.A1B.0000"}}};
+    for (const auto& [expected, texts] : cases) {
+        for (const std::string& text : texts) {
+            const std::string got = std::string(isDecimal(text) != 0 ? "d" : "") +
+                                    (isUnsingedDecimal(text) != 0 ? "u" : "") +
+                                    (isInt(text) != 0 ? "i" : "") + (isStringAlpha(text) != 0 ? "a" : "") +
+                                    (isStringPMR(text) != 0 ? "p" : "");
+            EXPECT_EQ(got, expected) << text;
+        }
+    }
+}
