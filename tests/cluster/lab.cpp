@@ -39,7 +39,8 @@ public:
         const Outcome down = lab("down");
         EXPECT_EQ(down.status, 0) << down.err;
         EXPECT_NE(access(labFolder().c_str(), F_OK), 0);
-        EXPECT_EQ(runShell("grep -l 'zelflab-' /proc/[0-9]*/mountinfo 2>/dev/null").out, "");
+        const std::string mark = "zelflab-$(printf %s " + labFolder() + " | cksum | cut -d ' ' -f 1)";
+        EXPECT_EQ(runShell("grep -l \"" + mark + "\" /proc/[0-9]*/mountinfo 2>/dev/null").out, "");
     }
 };
 
