@@ -67,6 +67,7 @@ int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vecto
 
     std::vector<std::vector<std::string>> newestFirst;
     std::unordered_set<std::string_view> startTimes;
+    startTimes.reserve(lines.size());
     Fields fields;
     for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
         if (!cutRecord(*line, fields)) {
@@ -78,9 +79,12 @@ int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vecto
         if (!startTimes.insert(fields[PROGRESS_START_TIME]).second) {
             continue;
         }
-        std::vector<std::string> row = {groupName, std::string(fields[PROGRESS_TASK]),
-                                        std::string(fields[PROGRESS_START_TIME]),
-                                        std::string(fields[PROGRESS_STATUS])};
+        std::vector<std::string>& row = newestFirst.emplace_back();
+        row.reserve(8);
+        row.push_back(groupName);
+        for (const size_t field : {PROGRESS_TASK, PROGRESS_START_TIME, PROGRESS_STATUS}) {
+            row.emplace_back(fields[field]);
+        }
         const std::string_view package =
             fields[PROGRESS_PACKAGE].substr(fields[PROGRESS_PACKAGE].rfind('/') + 1);
         if (isVerbose) {
@@ -92,7 +96,6 @@ int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vecto
         } else {
             row.push_back(shortPackageName(package));
         }
-        newestFirst.push_back(std::move(row));
     }
     rows.insert(rows.end(), std::make_move_iterator(newestFirst.begin()),
                 std::make_move_iterator(newestFirst.end()));

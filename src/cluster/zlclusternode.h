@@ -71,7 +71,7 @@ public:
     };
 
 private:
-    ZlErrorService* errorServiceP;
+    [[maybe_unused]] ZlErrorService* errorServiceP;
     nodeLevel_t level = ~nodeLevel_t{0};
     std::string release;
     std::string daemonShortName;

@@ -7,17 +7,15 @@
 #include "commands/zlcallhome_excute.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
 #include <iostream>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "callhome/zlcallhome.h"
 #include "cli/cmdtable.h"
+#include "commands/chunkfile.h"
 #include "commands/colonformat.h"
 #include "services/heldsignal.h"
 #include "services/zlerrorservice.h"
@@ -128,65 +126,19 @@ bool detach()
     return in && out && err;
 }
 
-// An open file, closed at the end of its life.
-class OpenFile {
-public:
-    OpenFile(const std::string& path, int flags) : descriptor(open(path.c_str(), flags | O_CLOEXEC, 0666)) {}
-    ~OpenFile()
-    {
-        if (descriptor >= 0) {
-            close(descriptor);
-        }
-    }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    int get() const { return descriptor; }
-
-private:
-    int descriptor;
-};
-
-// Copies `length` bytes from `offset` on into a new chunk file, or as many as there are. A chunk that is cut
-// short, by a full disk or a file that shrinks, is the service's to find out; the log tells why.
-void cutChunk(const OpenFile& source, int64_t offset, int64_t length, const std::string& chunkPath,
-              std::vector<char>& buffer)
-{
-    // A new file, whatever lies at its predictable name: this process may be root's.
-    unlink(chunkPath.c_str());
-    const OpenFile chunk(chunkPath, O_WRONLY | O_CREAT | O_EXCL);
-    while (length > 0) {
-        const auto piece =
-            static_cast<size_t>(std::min<int64_t>(length, static_cast<int64_t>(buffer.size())));
-        errno = 0;
-        const ssize_t got = pread(source.get(), buffer.data(), piece, offset);
-        if (got == 0) {
-            return;
-        }
-        if (got < 0 || write(chunk.get(), buffer.data(), static_cast<size_t>(got)) != got) {
-            ZlErrorService::errorServiceP->pushNewMsg("Could not cut " + chunkPath + ": " +
-                                                      std::strerror(errno));
-            return;
-        }
-        offset += got;
-        length -= got;
-    }
-}
-
 // Moves the chunks, one after another: the next is not cut before the service has answered on this one.
 void sendChunks(const SendJob& job)
 {
-    constexpr int64_t BUFFER_SIZE = 1 << 20;
     // Chunk files have all permission bits: the service may run as another user.
     umask(0);
     const auto chunkCount =
         static_cast<int32_t>(job.fileSize / job.chunkSize + (job.fileSize % job.chunkSize != 0 ? 1 : 0));
-    const OpenFile source(job.path, O_RDONLY);
-    std::vector<char> buffer(static_cast<size_t>(std::min(BUFFER_SIZE, job.chunkSize)));
+    ChunkSource source(job.path);
     std::vector<std::string> output;
     for (int32_t index = 0; index < chunkCount; ++index) {
         const int64_t offset = index * job.chunkSize;
         const std::string chunk = job.chunkPath(index);
-        cutChunk(source, offset, job.chunkSize, chunk, buffer);
+        source.cut(offset, job.chunkSize, chunk);
         if (!job.isCallhomeNode) {
             chServiceP->executeCMD("/usr/bin/scp " + chunk + " " + job.callhomeNode + ":" + job.dumpDirectory,
                                    &output);
