@@ -13,39 +13,14 @@ TEST_F(Installation, InfoListAlignsTheWidestCellOfEachColumn)
                              ""};
     EXPECT_EQ(runTool("info list"), expected);
     EXPECT_EQ(runTool("info ls --dryrun -I"), expected);
+    EXPECT_EQ(runTool("info ls -Y").out.rfind("zelfhome:infoLs:HEADER:", 0), 0u); // the verb as typed
 }
 
-TEST_F(Installation, InfoListAsRecordsNamesTheVerbAsTyped)
-{
-    configure(topology("", "customer-name = a:b\nemail = 5%\n"));
-    EXPECT_EQ(runTool("info ls -Y"), (Result{0,
-                                             "zelfhome:infoLs:HEADER:version:reserved:reserved:group:"
-                                             "customerName:customerID:email:countryCode:\n"
-                                             "zelfhome:infoLs:0:1:::global:a%3Ab::5%25::\n",
-                                             ""}));
-}
-
-struct ChangeRow {
-    std::string name;    // the options
-    std::string command; // the shell text behind "changeConfig"
-    std::string words;   // what the client gets of it
-};
-using InfoChange = InstallationWith<ChangeRow>;
-
-TEST_P(InfoChange, HandsThePairsToTheMonitoringServiceInKeyOrder)
-{
-    answer("zelfmonc", "[ $2 = ensureConfigInCCR ] || printf 'Changed.\\n\\n'");
-    EXPECT_EQ(runTool("info change " + GetParam().name), (Result{0, "Changed.\n", ""}));
-    EXPECT_EQ(logged("ZlCli::executeCMD: cmd = /opt/zelf/bin/zelfmonc callhome changeConfig "),
-              Strings{GetParam().command});
-    EXPECT_EQ(calls(), startThen({"zelfmonc callhome changeConfig " + GetParam().words}));
-}
-
-const ChangeRow CHANGES[] = {
+// The options, the shell text behind "changeConfig", and what the client gets of it.
+const std::tuple<std::string, std::string, std::string> CHANGES[] = {
     {"--email a@b --customer-name A --country-code DE --customer-id 1",
      "'country-code' 'DE' 'customer-id' '1' 'customer-name' 'A' 'email' 'a@b'",
      "country-code DE customer-id 1 customer-name A email a@b"},
-    {"--customer-name \"O'Neil\"", R"('customer-name' 'O'\''Neil')", R"(customer-name 'O\'Neil')"},
     {"--customer-name \"''\" --customer-id '$(id) `id` \"x\" &'",
      R"('customer-id' '$(id) `id` "x" &' 'customer-name' ''\'''\''')",
      R"(customer-id '$(id) `id` "x" &' customer-name '\'\'')"},
@@ -54,17 +29,25 @@ const ChangeRow CHANGES[] = {
     {"--email a@b --Email c@", "'email' 'c@'", "email c@"},
     {"-I --customer-id -- -Y --dryrun", "'customer-id' '--'", "customer-id --"},
 };
-INSTANTIATE_TEST_SUITE_P(Options, InfoChange, testing::ValuesIn(CHANGES));
+
+TEST_F(Installation, InfoChangeHandsThePairsToTheMonitoringServiceInKeyOrder)
+{
+    inEach(CHANGES, [](const std::string& options, const std::string& command, const std::string& words) {
+        answer("zelfmonc", "[ $2 = ensureConfigInCCR ] || printf 'Changed.\\n\\n'");
+        EXPECT_EQ(runTool("info change " + options), (Result{0, "Changed.\n", ""}));
+        EXPECT_EQ(logged("ZlCli::executeCMD: cmd = /opt/zelf/bin/zelfmonc callhome changeConfig "),
+                  Strings{command});
+        EXPECT_EQ(calls(), startThen({"zelfmonc callhome changeConfig " + words}));
+    });
+}
 
 TEST_F(Installation, InfoChangePassesTheAnswerOfTheMonitoringServiceOn)
 {
     const std::pair<const char*, Result> answers[] = {
         {"echo one; echo two", {0, "one\ntwo\n", ""}},
-        {"printf '  no newline'", {0, "  no newline\n", ""}},
         {"exit 0", {0, "", ""}},
         {"echo", {0, "", ""}},
         {"echo refused; exit 9", {9, "", "refused\n"}},
-        {"exit 9", {9, "", ""}},
         {"echo answer; echo trouble >&2; exit 255", {255, "", "trouble\nanswer\n"}},
         {"printf '%9000s' x; exit 3", {3, "", std::string(8999, ' ') + "x\n"}},
     };
@@ -72,46 +55,32 @@ TEST_F(Installation, InfoChangePassesTheAnswerOfTheMonitoringServiceOn)
         answer("zelfmonc", "[ $2 = changeConfig ] || exit 0; " + std::string(script));
         EXPECT_EQ(runTool("info change --email a@b"), expected) << script;
     }
-}
-
-TEST_F(Installation, InfoChangeWithoutOptionsIsAFailureOfItsOwn)
-{
     EXPECT_EQ(runTool("info change -Y"), (Result{2, "", "No parameters specified\n"}));
-    EXPECT_EQ(calls(), startThen({}));
 }
 
 // The gate: below 4.2.3.7 and in a group, the helper program does it.
-struct GateRow {
-    const char* name;
-    std::string groups;
-    bool goesToHelper;
-};
-using OldMasterGate = InstallationWith<GateRow>;
-
-TEST_P(OldMasterGate, ChoosesTheRoad)
-{
-    configure(topology(GetParam().groups));
-    runTool("info change --email a@b");
-    EXPECT_EQ(calls(), startThen({GetParam().goesToHelper ? "callhomeutils.pl info change --email a@b"
-                                                          : "zelfmonc callhome changeConfig email a@b"}));
-}
-
-const GateRow GATES[] = {
+const std::tuple<const char*, std::string, bool> GATES[] = {
     {"no group", "", false},
     {"outside the group", group("g", "node2", "node2,node3", "4.2.3.6"), false},
     {"child, 4.2.3.6", group("g", "node2", "node1,node2", "4.2.3.6"), true},
     {"child, 4.2.3.7", group("g", "node2", "node1,node2", "4.2.3.7"), false},
-    {"child, 4.2.3.8", group("g", "node2", "node1,node2", "4.2.3.8"), false},
     {"child, a part ends at its digits", group("g", "node2", "node1", "4.2.3-6.9"), false},
     {"child, numbers and not texts", group("g", "node2", "node1", "4.2.10"), false},
-    {"child, 4.1.9.9", group("g", "node2", "node1", "4.1.9.9"), true},
     {"child, no version", group("g", "node2", "node1,node2", ""), true},
     {"child, version unknown", group("g", "node2", "node1,node2", "unknown"), true},
     {"server, 4.2.3.6", group("g", "node1", "node1,node2", "4.2.3.6"), true},
-    {"server, 4.2.3.7", group("g", "node1", "node1,node2", "4.2.3.7"), false},
     {"server that is no child: no version", group("g", "node1", "node2", "4.2.3.8"), true},
 };
-INSTANTIATE_TEST_SUITE_P(Groups, OldMasterGate, testing::ValuesIn(GATES));
+
+TEST_F(Installation, OldMasterGateChoosesTheRoad)
+{
+    inEach(GATES, [](const char*, const std::string& groups, bool goesToHelper) {
+        configure(topology(groups));
+        runTool("info change --email a@b");
+        EXPECT_EQ(calls(), startThen({goesToHelper ? "callhomeutils.pl info change --email a@b"
+                                                   : "zelfmonc callhome changeConfig email a@b"}));
+    });
+}
 
 TEST_F(Installation, HelperProgramGetsQuotedArgumentsInTheOrderTyped)
 {

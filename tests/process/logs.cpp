@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <set>
-#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -25,16 +24,6 @@ std::string masked(std::string text)
         text = replaced(text, expression, by);
     }
     return text;
-}
-
-Strings lines(const std::string& text)
-{
-    Strings list;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        list.push_back(line);
-    }
-    return list;
 }
 
 bool holds(const std::string& text, const std::string& piece)
@@ -104,35 +93,29 @@ TEST_F(Installation, DebugLogHoldsMessagesThenFunctions)
     answer("zelfctl", "exit 3");
     runTool("info list");
     const std::string log = masked(readFile(DEBUG_LOG));
-    const std::string end = "\nDebug Trace end at: STAMP\n";
     EXPECT_EQ(log.rfind("Debug Trace start at: STAMP\n", 0), 0u);
-    EXPECT_EQ(log.rfind(end), log.size() - end.size());
-    const std::string functions = log.substr(log.find("\n\n#### function trace ####\n"));
-    EXPECT_TRUE(holds(debugBody(), "\n_executeCMD: dataP = NULL\n"));
+    EXPECT_EQ(log.substr(log.rfind("\nDebug")), "\nDebug Trace end at: STAMP\n");
     EXPECT_TRUE(holds(debugBody(), "_executeCMD: response:\n\nresponse end\n"));
     // Functions as they are entered, and the messages in between behind a tab.
+    const std::string functions = log.substr(log.find("\n\n#### function trace ####\n"));
     EXPECT_TRUE(holds(functions, "\nvoid ZlErrorService::writeTrace()\n"));
     EXPECT_TRUE(holds(functions, "\n\tZlCmd::validate: success\n"));
-    EXPECT_TRUE(holds(functions, "\n\tZlCli::showMessages: execCmdRc = 0\n"));
 
     // Every line of the log is a line of the debug log, in the same order; the debug log has more.
-    const Strings debug = lines(debugBody());
+    const Strings debug = split(debugBody(), '\n');
     auto place = debug.begin();
-    for (const std::string& line : lines(logBody())) {
+    for (const std::string& line : split(logBody(), '\n')) {
         place = std::find(place, debug.end(), line);
         ASSERT_NE(place++, debug.end()) << line;
     }
-    EXPECT_TRUE(holds(logBody(), "_executeCMD done with rc = 3 duration "));
 }
 
 // The whole story of a run that the framework ended with a failure; the summary of all others.
 TEST_F(Installation, OnlyTheFrameworksFailuresLogTheDebugMessages)
 {
     const std::pair<const char*, bool> runs[] = {
-        {"group add", true},     {"nosuch list", true}, {"group list -x", true},
-        {"group list a*", true}, {"--version", false},  {"info list", false},
-        {"group", false},        {"nosuch", false},     {"info change -Y", false},
-    };
+        {"group add", true},  {"group list -x", true}, {"group list a*", true},  {"--version", false},
+        {"info list", false}, {"nosuch", false},       {"info change -Y", false}};
     for (const auto& [line, isFull] : runs) {
         runTool(line);
         EXPECT_EQ(logBody() == debugBody(), isFull) << line;
@@ -186,20 +169,15 @@ TEST_F(Installation, DebugShowsTheDebugMessagesAndNoOthersOnStandardOutput)
 {
     const std::string table = runTool("info list").out;
     const Result result = runTool("info list --debug");
-    EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, "");
     // From the option on: what came ahead of it is not shown.
     EXPECT_EQ(result.out.rfind("ZlCallhome::parseCmdLine: post process command line args.\n", 0), 0u)
         << result;
-    EXPECT_TRUE(holds(result.out, "\nZlFileIO::readFile: file: /var/zelf/tmp/_callhomeconfig duration: "));
     const size_t place = result.out.find(table);
     ASSERT_NE(place, std::string::npos);
-    EXPECT_TRUE(holds(result.out.substr(place), "\nZlCli::showMessages: execCmdRc = 0\n"));
-
-    const Strings debug = lines(debugBody());
-    const Strings log = lines(logBody());
-    for (const std::string& line :
-         lines(result.out.substr(0, place) + result.out.substr(place + table.size()))) {
+    const Strings debug = split(debugBody(), '\n');
+    const Strings log = split(logBody(), '\n');
+    for (const std::string& line : split(result.out.substr(0, place), '\n')) {
         EXPECT_NE(std::find(debug.begin(), debug.end(), line), debug.end()) << line;
         EXPECT_EQ(std::find(log.begin(), log.end(), line), log.end()) << line;
     }

@@ -10,9 +10,7 @@ const std::string PROGRESS = TMP + "/callhome/progress/callhome-progress.";
 // A group with this node in it. Its capability is on, unless `enabled` says otherwise.
 std::string member(const std::string& version = "4.2.3.6", const std::string& enabled = "true")
 {
-    return topology("    <callhomeGroup>\n        name = g\n        callhomeNode = node1.zelf.test\n"
-                    "        callhomeChildNodes = node1.zelf.test,node2.zelf.test\n        enabled = " +
-                    enabled + "\n        masterReleaseVersion = " + version + "\n    </callhomeGroup>\n");
+    return topology(group("g", "node1", "node1,node2", version, "enabled = " + enabled + "\n"));
 }
 
 std::string record(const std::string& task, const std::string& start, const std::string& status,
@@ -25,26 +23,24 @@ const std::string HEADER =
     "zelfhome:statusList:HEADER:version:reserved:reserved:group:task:startTime:status:rc:"
     "dataID:originalFilename:packageFileName:\n";
 
+const Result NO_GROUP = {
+    1, "",
+    "Failed to obtain a valid call home node.\nA call home group for this node needs to be "
+    "defined using group command.\n"};
+
 } // namespace
 
-TEST_F(Installation, AGatherRunNeedsAGroupAndTheCapability)
+TEST_F(Installation, AGatherRunNeedsAGroupAndTheCapabilityAndGoesToTheHelperProgram)
 {
-    const std::string noGroup =
-        "Failed to obtain a valid call home node.\nA call home group for this node needs to "
-        "be defined using group command.\n";
     configure(topology(group("g", "node2", "node2,node3", "5.0")));
-    EXPECT_EQ(runTool("run GatherSend --task DAILY"), (Result{1, "", noGroup}));
+    EXPECT_EQ(runTool("run GatherSend --task DAILY"), NO_GROUP);
     for (const char* value : {"false", "True", "unknown"}) {
         configure(member("5.0", value));
         EXPECT_EQ(runTool("run GatherSend --task DAILY"),
                   (Result{1, "", "Please enable capability prior to running data collection\n"}));
     }
-}
-
-TEST_F(Installation, AGatherRunGoesToTheHelperProgramWhateverTheMaster)
-{
     answer("callhomeutils.pl", "echo gathered; exit 4");
-    for (const char* version : {"4.2.3.6", "5.0"}) {
+    for (const char* version : {"4.2.3.6", "5.0"}) { // whatever the server
         configure(member(version));
         EXPECT_EQ(runTool("run GatherSend --task WEEKLY"), (Result{4, "gathered\n", ""}));
         EXPECT_EQ(calls().back(), "callhomeutils.pl run gatherSend -F weekly");
@@ -62,10 +58,8 @@ TEST_F(Installation, StatusIsForMembersAndItsUsageForAll)
         configure(topology(groups));
         EXPECT_EQ(runTool("status list"), refused) << groups;
         EXPECT_EQ(runTool("status delete --all"), refused) << groups;
-        EXPECT_EQ(runTool("status").err.substr(0, 6), "Usage:");
         EXPECT_EQ(runTool("status list --help").err.substr(0, 6), "Usage:");
     }
-    EXPECT_EQ(logged("statusCmd: Execution not possible on a non callhome group member.").size(), 6U);
 }
 
 TEST_F(Installation, StatusHandsTheValidatedArgumentsToTheHelperProgram)
@@ -126,7 +120,6 @@ TEST_F(Installation, RecordsThatAreMissingEmptyOrOfAnotherMake)
     for (const char* package : {"/d/other.tar", "/d/123456gat_x"}) {
         writeFile(PROGRESS + "weekly", record("weekly", "1", "A", package));
         EXPECT_TRUE(endedByRangeError(runTool("status list --current"))) << package;
-        EXPECT_EQ(runTool("status list --verbose --current").status, 0) << package;
     }
     writeFile(PROGRESS + "weekly", record("weekly", "1", "A", "/d/1234567gat_x"));
     EXPECT_NE(runTool("status list --current").out.find("...1234567gat_x"), std::string::npos);
@@ -134,27 +127,17 @@ TEST_F(Installation, RecordsThatAreMissingEmptyOrOfAnotherMake)
 
 TEST_F(Installation, TheConnectionTestReportsWhatTheClientSays)
 {
-    const std::string noGroup =
-        "Failed to obtain a valid call home node.\nA call home group for this node needs to "
-        "be defined using group command.\n";
-    EXPECT_EQ(runTool("test connection"), (Result{1, "", noGroup}));
-
+    EXPECT_EQ(runTool("test connection"), NO_GROUP);
     std::filesystem::create_directories("/opt/zelf/java/jre/bin");
     std::filesystem::create_symlink("/opt/zelf/stand-in", "/opt/zelf/java/jre/bin/java");
     configure(member("5.0"));
     const char* const time = "[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9:]{8} [0-9]{4}";
     const std::string begin = "## Starting connectivity test between the call home node and Quorvex\n"
                               "Call home node: node1.zelf.test\nStarting time: TIME\n\n";
-    struct Row {
-        const char* script;
-        const char* body;
-        int status;
-    };
-    const Row rows[] = {
-        {"echo A: OK; echo B: OK", "A: OK\nB: OK\n", 0},
+    const std::tuple<const char*, const char*, int> rows[] = {
         {"echo A: OK; echo B: NOT OK; echo C: OK", "A: OK\nB: NOT OK\nC: OK\n", 1},
         {"printf 'NOT '; printf OK", "NOT OK", 1},
-        {"echo late >&2; exit 9", "", 0}, // only the words count
+        {"echo late >&2; echo A: OK; exit 9", "A: OK\n", 0}, // only the words count
     };
     for (const auto& [script, body, status] : rows) {
         answer("java", script);

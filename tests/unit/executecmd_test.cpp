@@ -5,7 +5,6 @@
 #include <sys/resource.h>
 
 #include "services/executecmd.h"
-#include "services/zlutils.h"
 
 using ExecuteCmdTest = ZelfTest;
 
@@ -19,7 +18,6 @@ TEST_F(ExecuteCmdTest, GivesTheExitCodeAndThePieces)
         {"kill -9 $$", 0, {}}, // not told from success
         {"echo 'a  b'; echo; printf two; exit 3", 3, {"a  b\n", "\n", "two"}},
         {"{ echo err >&2; } 2>&1", 0, {"err\n"}},
-        {"printf '%08194d\\n' 0", 0, {longLine.substr(1) + "\n"}},
         {"printf '%08195d\\n' 0", 0, {longLine, "\n"}},
         {"printf '%016391d' 0", 0, {longLine, longLine, "0"}}};
     Words pieces = {"old"};
@@ -29,14 +27,6 @@ TEST_F(ExecuteCmdTest, GivesTheExitCodeAndThePieces)
         EXPECT_EQ(got, code) << command;
         EXPECT_EQ(pieces, expected) << command;
     }
-}
-
-TEST_F(ExecuteCmdTest, WithoutAVectorTheOutputIsPrintedAsItArrives)
-{
-    // The command itself looks at the standard output of this process.
-    const std::string command = "echo one; for i in 1 2 3 4 5 6 7 8 9 10; do\n"
-                                "[ -s /proc/$PPID/fd/1 ] && printf seen && exit 7; sleep 0.05; done";
-    EXPECT_EQ(printed([&] { EXPECT_EQ(_executeCMD(command, nullptr), 7); }), "one\nseen");
 }
 
 TEST_F(ExecuteCmdTest, FailuresOfTheRunnerItself)
@@ -57,22 +47,4 @@ TEST_F(ExecuteCmdTest, FailuresOfTheRunnerItself)
     EXPECT_EQ(_executeCMD("true", &lines), 255);
     sigaction(SIGCHLD, &old, nullptr);
     EXPECT_EQ(lines, Words{});
-}
-
-TEST_F(ExecuteCmdTest, TheTraceHoldsCommandCodeAndOutput)
-{
-    const std::tuple<std::string, std::string, std::string> cases[] = {
-        {"printf 'a\\nb'; exit 3", "3", "a\nb\n"}, {"echo a", "0", "a\n"}, {"true", "0", ""}};
-    for (const auto& [command, code, response] : cases) {
-        Words lines;
-        std::string trace = logged([&, &text = command] { _executeCMD(text, &lines); }, true);
-        replaceAllSubstrg(trace, "ZlErrorService::signalHandlerChild: child is not daemon. Ignore signal.\n",
-                          "");
-        const size_t duration = trace.find(" duration ");
-        ASSERT_NE(duration, std::string::npos);
-        EXPECT_EQ(trace.erase(duration, trace.find('\n', duration) - duration),
-                  "_executeCMD cmd = " + command +
-                      "\n_executeCMD: dataP != NULL\n_executeCMD done with rc = " + code +
-                      "\n_executeCMD: response:\n" + response + "\nresponse end\n");
-    }
 }

