@@ -86,7 +86,7 @@ std::map<nodeLevel_t, std::string>* ZlClusterInfo::cluserLevelToNameP =
 std::map<std::string, std::string>* ZlClusterInfo::zelfcfgMapP = new std::map<std::string, std::string>;
 ZlErrorService* ZlClusterInfo::errorServiceP = ZlErrorService::getInstance();
 int32_t ZlClusterInfo::controlState = 1;
-size_t ZlClusterInfo::nodesWalked = 0;
+ZlMemberLines* ZlClusterInfo::memberLinesP = nullptr;
 std::unordered_map<std::string_view, ZlClusterInfo::NodeSet::iterator>* ZlClusterInfo::nameIndexP = nullptr;
 // Reads the cluster definition; the process ends here when it cannot.
 ZlClusterInfo* ZlClusterInfo::instanceP = new ZlClusterInfo;

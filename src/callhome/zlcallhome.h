@@ -127,7 +127,7 @@ public:
     std::map<std::string, Section> config;
 
     std::string groupName;                // this node's group
-    std::set<std::string> callhomeChilds; // all child nodes
+    std::set<std::string> callhomeChilds; // all child nodes, filled by getCallhomeChilds() alone
     std::set<std::string> callhomeNodes;  // all servers
 
 private:
@@ -136,6 +136,8 @@ private:
     void takeStatusFlags();
     void declareCommands(ZlCmd& stencil);
     [[noreturn]] void failConfig(const std::string& reason);
+
+    bool isCallhomeChild = false; // this node is in a child list
 
     // Deleted from the last to the first.
     std::unique_ptr<ZlCallhomeExecute> execute;

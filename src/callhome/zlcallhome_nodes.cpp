@@ -1,9 +1,23 @@
 // This node's place in the call-home groups, as it derives it from the configuration and its own name.
 #include "callhome/zlcallhome.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "cluster/zlclusterinfo.h"
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
+
+namespace {
+
+bool isPieceOf(std::string_view list, std::string_view text)
+{
+    std::vector<std::string_view> pieces;
+    cut(&pieces, list, ',');
+    return std::find(pieces.begin(), pieces.end(), text) != pieces.end();
+}
+
+} // namespace
 
 void ZlCallhome::updateCallhomeNodes()
 {
@@ -12,6 +26,7 @@ void ZlCallhome::updateCallhomeNodes()
     callhomeNodes.clear();
     callhomeChilds.clear();
     callhomeNode.clear();
+    isCallhomeChild = false;
     const std::string& localName = getLocalNodeName();
     for (const auto& [name, section] : config) {
         const std::string* server = getValue(section, "callhomeNode");
@@ -22,15 +37,16 @@ void ZlCallhome::updateCallhomeNodes()
         if (childList == nullptr) {
             continue;
         }
-        std::set<std::string> childs;
-        stringToSet(&childs, *childList, ",");
+        if (!isPieceOf(*childList, localName)) {
+            continue;
+        }
+        isCallhomeChild = true;
         // Only the child list decides, and the last group wins: a server that is missing from its own list is
         // in no group.
-        if (!localName.empty() && childs.count(localName) != 0) {
+        if (!localName.empty()) {
             callhomeNode = server == nullptr ? emptyStrg : *server;
             groupName = name;
         }
-        callhomeChilds.merge(childs);
     }
 }
 
@@ -51,6 +67,13 @@ const std::set<std::string>& ZlCallhome::getCallhomeChilds()
 {
     ZL_TRACE();
     updateCallhomeNodes();
+    for (const auto& [name, section] : config) {
+        if (const std::string* childList = getValue(section, "callhomeChildNodes")) {
+            std::set<std::string> childs;
+            stringToSet(&childs, *childList, ",");
+            callhomeChilds.merge(childs);
+        }
+    }
     return callhomeChilds;
 }
 
@@ -58,7 +81,7 @@ int ZlCallhome::isCurrNodeInCallhomeGroup() const
 {
     ZL_TRACE();
     const std::string& localName = getLocalNodeName();
-    return callhomeNodes.count(localName) != 0 || callhomeChilds.count(localName) != 0 ? 1 : 0;
+    return callhomeNodes.count(localName) != 0 || isCallhomeChild ? 1 : 0;
 }
 
 bool ZlCallhome::isCapabilityEnabled() const

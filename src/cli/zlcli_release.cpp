@@ -51,14 +51,14 @@ std::string ZlCli::getNodeReleaseVersion() const
 {
     ZL_TRACE();
     const auto node = ZlClusterInfo::toNodeIterator(getLocalNodeName());
-    return node == ZlClusterInfo::getClusterNodes()->end() ? emptyStrg : node->getRelease();
+    return node == ZlClusterInfo::noNode() ? emptyStrg : node->getRelease();
 }
 
 nodeLevel_t ZlCli::getNodeReleaseLevel() const
 {
     ZL_TRACE();
     const auto node = ZlClusterInfo::toNodeIterator(getLocalNodeName());
-    return node == ZlClusterInfo::getClusterNodes()->end() ? 0 : node->getLevel();
+    return node == ZlClusterInfo::noNode() ? 0 : node->getLevel();
 }
 
 bool ZlCli::ensureMinReleaseLevel(const std::string& node, nodeLevel_t level) const
@@ -68,7 +68,7 @@ bool ZlCli::ensureMinReleaseLevel(const std::string& node, nodeLevel_t level) co
         level = getMinReleaseLevel();
     }
     const auto found = ZlClusterInfo::findNode(node);
-    if (found == ZlClusterInfo::getClusterNodes()->end()) {
+    if (found == ZlClusterInfo::noNode()) {
         errorServiceP->pushNewMsg("ensureMinReleaseLevel: node " + node + " not found.");
         return false;
     }

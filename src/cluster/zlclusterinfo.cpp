@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <memory>
 
+#include "cluster/zlmemberlines.h"
 #include "services/executecmd.h"
 #include "services/zelfnls.h"
 #include "services/zlccrservice.h"
@@ -14,20 +16,6 @@ namespace {
 
 const char* const CLUSTER_FILE = "/var/zelf/gen/zelfsdr";
 const char* const CONFIG_FILE = "/var/zelf/gen/zelf.cfg";
-const char* const MEMBER_LINE = "20_MEMBER_NODE";
-
-void cutLine(std::vector<std::string_view>& fields, std::string_view line, char delimiter)
-{
-    fields.clear();
-    for (;;) {
-        const size_t end = line.find(delimiter);
-        fields.push_back(line.substr(0, end));
-        if (end == std::string_view::npos) {
-            return;
-        }
-        line.remove_prefix(end + 1);
-    }
-}
 
 // Gives the words of a line that a command printed.
 std::vector<std::string> wordsOf(std::string line)
@@ -45,16 +33,12 @@ ZlClusterInfo::ZlClusterInfo()
     ZL_TRACE();
     zelfcfgMapP->clear();
     errorServiceP = ZlErrorService::getInstance();
-    ZlFileIO file(CLUSTER_FILE);
-    if (file.readFile() != 0) {
+    if (readNodes() != 0) {
         errorServiceP->pushNewMsg("Cannot read /var/zelf/gen/zelfsdr. Terminate!");
         errorServiceP->pushNewMsg("terminateProgram");
         errorServiceP->writeTrace();
         std::exit(1);
     }
-    NameSet lines;
-    file.getData(&lines);
-    getNodesMap(lines);
 }
 
 ZlClusterInfo::~ZlClusterInfo()
@@ -64,6 +48,7 @@ ZlClusterInfo::~ZlClusterInfo()
         delete container;
         container = nullptr;
     };
+    free(memberLinesP);
     free(nameIndexP);
     free(nodesP);
     free(nodeDefinitionP);
@@ -84,7 +69,13 @@ ZlClusterInfo* ZlClusterInfo::getInstance()
 ZlClusterInfo::NodeSet* ZlClusterInfo::getClusterNodes()
 {
     ZL_TRACE();
+    makeAllNodes();
     return nodesP;
+}
+
+ZlClusterInfo::NodeSet::iterator ZlClusterInfo::noNode()
+{
+    return nodesP->end();
 }
 
 ZlClusterInfo::NameSet* ZlClusterInfo::getGoodNodes()
@@ -99,19 +90,30 @@ ZlClusterInfo::NameSet* ZlClusterInfo::getBadNodesDefinition()
     return invalidNodeDefinitionsP;
 }
 
+int ZlClusterInfo::readNodes()
+{
+    auto lines = std::make_unique<ZlMemberLines>(CLUSTER_FILE);
+    const int result = lines->read();
+    if (result == 0) {
+        dropNameIndex();
+        nodesP->clear();
+        delete memberLinesP;
+        memberLinesP = lines.release();
+    }
+    return result;
+}
+
 int ZlClusterInfo::getNodesMap(const NameSet& lines)
 {
     ZL_TRACE();
     if (lines.empty()) {
         return 1;
     }
-    delete nameIndexP;
-    nameIndexP = nullptr;
-    std::vector<std::string_view> fields;
+    makeAllNodes();
+    dropNameIndex();
     for (const std::string& line : lines) {
-        if (line.find(MEMBER_LINE) != std::string::npos) {
-            cutLine(fields, line, ':');
-            nodesP->emplace_hint(nodesP->end(), fields);
+        if (ZlMemberLines::isMember(line)) {
+            ZlMemberLines::makeNode(line, nodesP, nodesP->end());
         }
     }
     return 0;
@@ -156,31 +158,42 @@ const std::map<std::string, std::string>& ZlClusterInfo::getZelfCfg()
     return *zelfcfgMapP;
 }
 
-// Builds the index when the walks so far have cost about what it costs: a run that asks for the local node a
-// few times never pays for it, one that asks for every node pays at most twice.
 ZlClusterInfo::NodeSet::iterator ZlClusterInfo::findNode(const std::string& name)
 {
-    ZL_TRACE();
-    constexpr size_t WALKS_WORTH_AN_INDEX = 16;
-    if (nameIndexP == nullptr && nodesWalked > WALKS_WORTH_AN_INDEX * nodesP->size()) {
-        nameIndexP = new std::unordered_map<std::string_view, NodeSet::iterator>;
-        nameIndexP->reserve(nodesP->size() * 3);
-        for (auto node = nodesP->begin(); node != nodesP->end(); ++node) {
-            for (const std::string_view text : node->names()) {
-                nameIndexP->try_emplace(text, node);
-            }
-        }
+    if (memberLinesP != nullptr && !memberLinesP->isWorthAll()) {
+        return memberLinesP->find(name, nodesP);
     }
-    if (nameIndexP != nullptr) {
-        return findByIndex(name);
+    if (nameIndexP == nullptr) {
+        makeNameIndex();
     }
+    return findByIndex(name);
+}
+
+void ZlClusterInfo::makeNameIndex()
+{
+    makeAllNodes();
+    nameIndexP = new std::unordered_map<std::string_view, NodeSet::iterator>;
+    nameIndexP->reserve(nodesP->size() * 3);
     for (auto node = nodesP->begin(); node != nodesP->end(); ++node) {
-        ++nodesWalked;
-        if (node->isNamed(name)) {
-            return node;
+        for (const std::string_view text : node->names()) {
+            nameIndexP->try_emplace(text, node);
         }
     }
-    return nodesP->end();
+}
+
+void ZlClusterInfo::dropNameIndex()
+{
+    delete nameIndexP;
+    nameIndexP = nullptr;
+}
+
+void ZlClusterInfo::makeAllNodes()
+{
+    if (memberLinesP != nullptr) {
+        memberLinesP->makeAll(nodesP);
+        delete memberLinesP;
+        memberLinesP = nullptr;
+    }
 }
 
 ZlClusterInfo::NodeSet::iterator ZlClusterInfo::findByIndex(const std::string& name)

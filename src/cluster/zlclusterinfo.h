@@ -5,13 +5,15 @@
 // ahead of main(), see boot.cpp; a file that cannot be read ends the process there.
 //
 // Every question about a name passes through toNodeIterator(), which answers as a walk over the nodes in
-// number order does: the first node with that name wins. A run on a large cluster that asks often enough to
-// have paid for it gets an index of the names; 10,000 names then cost milliseconds instead of seconds.
+// number order does: the first node with that name wins. The first questions make only the nodes that they
+// ask for. A run that asks often enough to have paid for it gets all nodes and an index of the names; 10,000
+// names then cost milliseconds instead of seconds.
 #pragma once
 
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -19,10 +21,11 @@
 #include "cluster/zlclusternode.h"
 
 class ZlErrorService;
+class ZlMemberLines;
 
 class ZlClusterInfo {
 public:
-    using NodeSet = std::set<ZlClusterNode, ZlClusterNode::ByNumber>;
+    using NodeSet = ZlNodeSet;
     using NameSet = std::set<std::string>;
 
     ZlClusterInfo();
@@ -34,9 +37,18 @@ public:
 
     // --- nodes and files -------------------------------------------------------------------------------
 
+    // Gives the node set, and makes all nodes for it. noNode() costs nothing.
     static NodeSet* getClusterNodes();
+
+    // Gives the end of the node set: what toNodeIterator() gives for no node.
+    static NodeSet::iterator noNode();
+
     static NameSet* getGoodNodes();
     static NameSet* getBadNodesDefinition();
+
+    // Reads /var/zelf/gen/zelfsdr in place of all nodes. 0, or errno when it cannot be read. Throws
+    // std::out_of_range for a member line that is too short.
+    static int readNodes();
 
     // Adds a node for each member line; the first line of a number wins. 1: no lines. Throws
     // std::out_of_range for a member line that is too short.
@@ -105,7 +117,8 @@ public:
     static const std::string ZELFCHCLASS;
     static const std::string ZELFDELCLASS;
 
-    // Changed by getNodesMap() alone, which drops the index of names.
+    // Holds the nodes that were asked for, all behind getClusterNodes(). Nothing but readNodes() and
+    // getNodesMap(), which drop the index of names, takes or adds any.
     static NodeSet* nodesP;
     static NameSet* nodeDefinitionP;
     static NameSet* validNodesP;
@@ -121,8 +134,11 @@ public:
 private:
     static NodeSet::iterator askHostTool(const std::string& name);
     static NodeSet::iterator findByIndex(const std::string& name);
+    static void makeAllNodes();
+    static void dropNameIndex();
+    static void makeNameIndex();
 
-    // What the walks of findNode() have cost so far, in nodes; and the index that they pay for.
-    static size_t nodesWalked;
+    // The nodes of the file; null when all have been made.
+    static ZlMemberLines* memberLinesP;
     static std::unordered_map<std::string_view, NodeSet::iterator>* nameIndexP;
 };

@@ -1,5 +1,7 @@
 #include "cluster/zlclusternode.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdlib>
 
 #include "services/zlerrorservice.h"
@@ -22,7 +24,25 @@ enum MEMBER_FIELDS : size_t {
 
 long toNumber(std::string_view text)
 {
-    return std::strtol(std::string(text).c_str(), nullptr, 10);
+    long number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const bool isAll = error == std::errc() && end == text.data() + text.size();
+    return isAll ? number : std::strtol(std::string(text).c_str(), nullptr, 10);
+}
+
+size_t count(std::string_view text, char byte)
+{
+    // A block of a fixed size is counted at once.
+    constexpr size_t BLOCK = 16;
+    size_t hits = 0;
+    for (; text.size() >= BLOCK; text.remove_prefix(BLOCK)) {
+        uint8_t inBlock = 0;
+        for (size_t i = 0; i < BLOCK; ++i) {
+            inBlock += text[i] == byte ? 1 : 0;
+        }
+        hits += inBlock;
+    }
+    return hits + static_cast<size_t>(std::count(text.begin(), text.end(), byte));
 }
 
 } // namespace
@@ -42,6 +62,18 @@ ZlClusterNode::ZlClusterNode(const std::vector<std::string_view>& memberFields)
       otherNodeRoles(memberFields.at(FIELD_ROLES)),
       number(static_cast<int32_t>(toNumber(memberFields.at(FIELD_NUMBER))))
 {
+}
+
+std::optional<int32_t> ZlClusterNode::numberIn(std::string_view memberLine)
+{
+    if (count(memberLine, ':') < FIELD_RELEASE) {
+        return std::nullopt;
+    }
+    size_t begin = 0;
+    for (size_t field = 0; field < FIELD_NUMBER; ++field) {
+        begin = memberLine.find(':', begin) + 1;
+    }
+    return static_cast<int32_t>(toNumber(memberLine.substr(begin, memberLine.find(':', begin) - begin)));
 }
 
 ZlClusterNode ZlClusterNode::operator=(const ZlClusterNode& source)

@@ -3,6 +3,8 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +20,9 @@ public:
     // Makes a node of the fields of a member line in the cluster definition file. Throws std::out_of_range
     // for fewer than 18 fields. Setting the fields one by one would push a trace line for each.
     explicit ZlClusterNode(const std::vector<std::string_view>& memberFields);
+
+    // Gives the number of the node of a member line; nothing for a line that is too short to make one.
+    static std::optional<int32_t> numberIn(std::string_view memberLine);
 
     ZlClusterNode(const ZlClusterNode&) = default;
 
@@ -82,3 +87,5 @@ private:
     std::string otherNodeRoles; // letters and words as in the file; "X" marks a CES node
     int32_t number = 0;
 };
+
+using ZlNodeSet = std::set<ZlClusterNode, ZlClusterNode::ByNumber>;

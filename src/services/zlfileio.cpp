@@ -42,14 +42,16 @@ int ZlFileIO::getSize()
 
 namespace {
 
+// The least free space for a read; what is left of it is zeroed for nothing.
+constexpr size_t PIECE = 4096;
+
 // Reads all bytes of an open file. False, with errno, when the system refuses a read: a directory, say.
 bool readAll(int file, std::vector<char>& bytes)
 {
-    constexpr size_t piece = 65536;
     size_t used = 0;
     for (;;) {
-        if (bytes.size() - used < piece) {
-            bytes.resize(std::max(2 * bytes.size(), used + piece));
+        if (bytes.size() - used < PIECE) {
+            bytes.resize(std::max(2 * bytes.size(), used + PIECE));
         }
         const ssize_t got = read(file, bytes.data() + used, bytes.size() - used);
         if (got < 0 && errno != EINTR) {
@@ -78,7 +80,7 @@ int ZlFileIO::readFile()
     std::vector<char> bytes;
     struct stat status {};
     if (fstat(file, &status) == 0 && status.st_size > 0) {
-        bytes.resize(static_cast<size_t>(status.st_size) + 65536);
+        bytes.resize(static_cast<size_t>(status.st_size) + PIECE);
     }
     if (!readAll(file, bytes)) {
         const int result = ioError(failure);
@@ -244,35 +246,36 @@ int ZlFileIO::getData(std::string* text)
 int ZlFileIO::getData(std::vector<std::string>* lines)
 {
     ZL_TRACE();
-    return forEachLine(lines != nullptr,
-                       [lines](const char* begin, const char* end) { lines->emplace_back(begin, end); });
+    return lines == nullptr ? refuseNull()
+                            : forEachLine([lines](std::string_view line) { lines->emplace_back(line); });
 }
 
 int ZlFileIO::getData(std::set<std::string>* lines)
 {
     ZL_TRACE();
     // Most of the cluster's files are sorted already, so the end is a good guess for the place.
-    return forEachLine(lines != nullptr, [lines](const char* begin, const char* end) {
-        lines->emplace_hint(lines->end(), begin, end);
-    });
+    return lines == nullptr
+               ? refuseNull()
+               : forEachLine([lines](std::string_view line) { lines->emplace_hint(lines->end(), line); });
 }
 
-template <typename Add>
-int ZlFileIO::forEachLine(bool haveContainer, Add add)
+int ZlFileIO::refuseNull()
 {
-    if (!haveContainer) {
-        errorServiceP->pushNewMsg("ZlFileIO::getData: Parameter is NULL.");
-        return 1;
-    }
+    errorServiceP->pushNewMsg("ZlFileIO::getData: Parameter is NULL.");
+    return 1;
+}
+
+int ZlFileIO::forEachLine(const std::function<void(std::string_view)>& add)
+{
     if (buffer.empty()) {
         errorServiceP->pushNewMsg("ZlFileIO::getData: No data available.");
         return 2;
     }
-    const char* const end = buffer.data() + buffer.size();
-    for (const char* line = buffer.data(); line != end;) {
-        const char* lineEnd = std::find(line, end, '\n');
-        add(line, lineEnd);
-        line = lineEnd == end ? end : lineEnd + 1;
+    std::string_view rest(buffer.data(), buffer.size());
+    while (!rest.empty()) {
+        const size_t end = std::min(rest.find('\n'), rest.size());
+        add(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return 0;
 }

@@ -7,6 +7,7 @@
 // Integer results are 0 for success. A failure of the system gives errno.
 #pragma once
 
+#include <functional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -64,11 +65,13 @@ public:
     int getData(std::vector<std::string>* lines);
     int getData(std::set<std::string>* lines);
 
+    // Hands the same lines to `add`, as views that are good until the buffer changes. 2: empty buffer.
+    int forEachLine(const std::function<void(std::string_view)>& add);
+
     static ZlErrorService* errorServiceP;
 
 private:
-    template <typename Add>
-    int forEachLine(bool haveContainer, Add add);
+    int refuseNull();
 
     std::vector<char> buffer;
     struct stat fileStat {};

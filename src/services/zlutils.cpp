@@ -37,8 +37,11 @@ void forEachPiece(const std::string& text, size_t width, Find find, Add add)
 template <typename Add>
 void cutAtAnyOf(const std::string& text, const std::string& delimiters, Add add)
 {
-    forEachPiece(
-        text, delimiters.size(), [&](size_t from) { return text.find_first_of(delimiters, from); }, add);
+    // One byte, as nearly always, is found many times as fast as one of several.
+    const auto find = [&](size_t from) {
+        return delimiters.size() == 1 ? text.find(delimiters[0], from) : text.find_first_of(delimiters, from);
+    };
+    forEachPiece(text, delimiters.size(), find, add);
 }
 
 template <typename Add>
@@ -160,6 +163,19 @@ int stringListToContainer(const std::string& text, const std::string& delimiter,
     }
     cutAtWhole(text, delimiter, [list](std::string piece) { list->push_back(std::move(piece)); });
     return 0;
+}
+
+void cut(std::vector<std::string_view>* pieces, std::string_view text, char delimiter)
+{
+    pieces->clear();
+    for (;;) {
+        const size_t end = text.find(delimiter);
+        pieces->push_back(text.substr(0, end));
+        if (end == std::string_view::npos) {
+            return;
+        }
+        text.remove_prefix(end + 1);
+    }
 }
 
 std::vector<std::string> split(const std::string& text, const std::string& delimiter)

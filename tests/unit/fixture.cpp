@@ -125,7 +125,7 @@ std::string member(int number, const std::string& names, int level, const std::s
 
 void setCluster(const Names& lines)
 {
-    ZlClusterInfo::nodesP->clear();
+    ZlClusterInfo::getClusterNodes()->clear();
     ZlClusterInfo::getNodesMap(lines);
 }
 
@@ -169,7 +169,9 @@ void ZelfTest::SetUp()
     }
     calls();
     setZelfCfg("myNodeConfigNumber 1\nccrEnabled yes\nminReleaseLevel 1900 5.0.2.0\n");
-    const Words lines = split(contentOf(GEN + "zelfsdr"), "\n");
+    static const std::string cluster = contentOf(GEN + "zelfsdr");
+    writeFile(GEN + "zelfsdr", cluster);
+    const Words lines = split(cluster, "\n");
     setCluster({lines.begin(), lines.end()});
     for (Names* names : {ZlClusterInfo::nodeDefinitionP, ZlClusterInfo::validNodesP, ZlClusterInfo::allNodesP,
                          ZlClusterInfo::invalidNodeDefinitionsP}) {

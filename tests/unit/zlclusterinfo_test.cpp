@@ -2,6 +2,7 @@
 // collector, and their releases.
 #include "fixture.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 
@@ -23,7 +24,10 @@ TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
     EXPECT_TRUE(Info::hasNodeRole("as7", "X"));
     EXPECT_FALSE(Info::hasNodeRole("as7", "Q"));
     // 18 fields are enough, 17 are not.
-    EXPECT_THROW(Info::getNodesMap({good.substr(0, good.rfind(':'))}), std::out_of_range);
+    const std::string tooShort = good.substr(0, good.rfind(':'));
+    EXPECT_THROW(Info::getNodesMap({tooShort}), std::out_of_range);
+    writeFile("/var/zelf/gen/zelfsdr", good + "\n" + tooShort + "\n");
+    EXPECT_THROW(Info::readNodes(), std::out_of_range);
 
     for (const std::string name : {"d7", "10.0.0.7", "a7", "dl7", "as7", "7"}) {
         EXPECT_TRUE(seven.equal(name)) << name;
@@ -47,34 +51,78 @@ TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
     EXPECT_EQ(four.getAdminLongName() + four.getDaemonIP(), "a710.0.0.7");
 }
 
-TEST_F(ZlClusterInfoTest, WalkAndIndexFindTheSameNode)
+TEST_F(ZlClusterInfoTest, EveryRoadToANodeIsTheWalk)
 {
     // Names, addresses and numbers that clash across 60 nodes: each text is the name of several.
     Info::controlState = 0;
-    Names lines;
+    Words file;
     const auto text = [](int number) { return toString(number % 60 + 1); };
     for (int i = 1; i <= 60; ++i) {
-        lines.insert(member(i, "n" + text(i + 7) + " 10.0.0." + text(i * 3) + " n" + text(i) + ".zelf n" +
-                                   text(i + 3) +
-                                   (i % 2 == 0 ? " " + text(i + 30) : " n" + text(i * 7) + ".zelf")));
+        file.push_back(member(i, "n" + text(i + 7) + " 10.0.0." + text(i * 3) + " n" + text(i) + ".zelf n" +
+                                     text(i + 3) +
+                                     (i % 2 == 0 ? " " + text(i + 30) : " n" + text(i * 7) + ".zelf")));
     }
-    setCluster(lines);
-    Words names = {"", "0", "-1", "007", "+3", "n99", "99999999999"};
+    // Numbers twice, in either order and far apart, and in other forms; lines that are none.
+    const auto formOf = [](std::string line, const std::string& number, const std::string& form) {
+        replaceAllSubstrg(line, "::" + number + ":", "::" + form + ":");
+        return line;
+    };
+    file.insert(file.end(), {member(5, "a5 10.0.1.5 a5"), member(20, "z20 10.0.1.20 n61"), file[30], "",
+                             formOf(member(30, "z30"), "30", "030"), formOf(member(8, "b8"), "8", "x"),
+                             formOf(member(7, "c7"), "7", "-1"), "test:10_CLUSTER:::3:n1:n2:n3:", "n99"});
+    Words names = {"", "0", "-1", "007", "030", "+3", "n99", "99999999999", "M", "::", "n1:", "a5", "z20"};
     for (int i = 1; i <= 61; ++i) {
         for (const char* form : {"%", "n%", "n%.zelf", "10.0.0.%"}) {
             replaceAllSubstrg(names.emplace_back(form), "%", toString(i));
         }
     }
-    // Some walks must have been paid for ahead of the index; the rounds lie on both sides.
-    for (int round = 0; round < 2; ++round) {
-        for (const std::string& name : names) {
-            auto walk = Info::nodesP->begin();
-            while (walk != Info::nodesP->end() && !walk->equal(name)) {
-                ++walk;
+    const auto answerOf = [](const auto& ask) {
+        const auto node = ask();
+        return node == Info::noNode() ? "none"
+                                      : toString(node->getNumber()) + node->getAdminLongName() +
+                                            node->getDaemonShortName() + toString(node->getLevel());
+    };
+    std::map<std::string, std::string> expected;
+    setCluster({file.begin(), file.end()});
+    for (const std::string& name : names) {
+        const auto& nodes = *Info::getClusterNodes();
+        expected[name] = answerOf([&] {
+            return std::find_if(nodes.begin(), nodes.end(),
+                                [&](const auto& node) { return node.equal(name); });
+        });
+        ASSERT_EQ(answerOf([&] { return Info::findNode(name); }), expected[name]) << name << " by index";
+    }
+    const size_t count = Info::getClusterNodes()->size();
+    // The first questions make the nodes that they ask for. There are more than are worth it; a start for
+    // each question has none but these.
+    for (const bool isReversed : {true, false}) {
+        if (isReversed) {
+            std::reverse(file.begin(), file.end());
+        } else {
+            std::sort(file.begin(), file.end());
+        }
+        writeFile("/var/zelf/gen/zelfsdr", containerToString(file, "\n"));
+        ASSERT_EQ(Info::readNodes(), 0);
+        for (int round = 0; round < 2; ++round) {
+            for (const std::string& name : names) {
+                ASSERT_EQ(answerOf([&] { return Info::findNode(name); }), expected[name]) << name;
             }
-            ASSERT_EQ(Info::findNode(name) == walk, true) << name << " in round " << round;
+        }
+        EXPECT_EQ(Info::nodesP->size(), count);
+        for (const std::string& name : names) {
+            ASSERT_EQ(Info::readNodes(), 0);
+            for (int again = 0; again < 2; ++again) {
+                ASSERT_EQ(answerOf([&] { return Info::findNode(name); }), expected[name]) << name;
+            }
+            EXPECT_EQ(Info::nodesP->size(), expected[name] == "none" ? 0U : 1U) << name;
         }
     }
+    // A node that is made stays where it is when the others follow, and when nodes are added.
+    const std::string& stored = Info::toAdminLongName("40");
+    EXPECT_EQ(Info::getNodesMap({member(9, "n1"), member(99, "n99")}), 0);
+    EXPECT_EQ(Info::nodesP->size(), count + 1);
+    EXPECT_EQ(&Info::toAdminLongName("40"), &stored);
+    EXPECT_EQ(Info::toNodeNumber("n99"), 99);
     setCluster({member(9, "n1")}); // the index follows
     EXPECT_EQ(Info::toNodeNumber("n1") + Info::toNodeNumber("n2"), 9);
 }
