@@ -1,0 +1,215 @@
+// Tasks with a lock on the nodes of a cluster: two that start at once, and what becomes of the lock.
+#include <cerrno>
+#include <csignal>
+#include <random>
+#include <regex>
+
+#include <gtest/gtest.h>
+
+#include "lab.h"
+
+namespace {
+
+// As this machine sees it, and as the nodes do. The lock, the notes of the tasks, and what they wait for.
+const std::string KEY = "$ZELFLAB_DIR/ccr/keys/task";
+const std::string NOTES = "/opt/zelf/lab/notes";
+const std::string GO = "/opt/zelf/lab/go";
+
+// Gives a command of this machine's shell that runs the task tool on a node.
+std::string task(const std::string& node, const std::string& arguments)
+{
+    return ZELFHOME_SOURCE_DIR "/lab/zelflab exec " + node + " " TASKTOOL " " + arguments;
+}
+
+// Starts a task and waits for the parent alone: the worker keeps the streams that it was started with.
+Outcome start(const std::string& node, const std::string& arguments)
+{
+    return runShell(task(node, arguments) +
+                    " >$ZELFLAB_DIR/out 2>&1; status=$?; cat $ZELFLAB_DIR/out; exit $status");
+}
+
+// Gives a piece of shell that waits, ten seconds at most, for a command to succeed.
+std::string until(const std::string& command)
+{
+    return "for i in $(seq 1000); do " + command + " && break; sleep 0.01; done; ";
+}
+
+// Waits until a file of one line matches.
+void expectFile(const std::string& file, const std::string& pattern)
+{
+    const std::string text =
+        runShell(until("grep -qsxE " + quoted(pattern) + " " + file) + "cat " + file).out;
+    EXPECT_TRUE(std::regex_match(text, std::regex(pattern + "\n"))) << text << "is not " << pattern;
+}
+
+// The same for the lock in the repository, "VERSION:VALUE".
+void expectEntry(const std::string& pattern)
+{
+    expectFile(KEY, pattern);
+}
+
+long count(const std::string& text, const std::string& part)
+{
+    long found = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+        ++found;
+    }
+    return found;
+}
+
+// Gives the process id of the worker that a start has announced.
+std::string workerOf(const Outcome& start)
+{
+    std::smatch parts;
+    const bool isStarted =
+        std::regex_search(start.out, parts, std::regex("Worker process started: (\\d+) taskID"));
+    EXPECT_TRUE(isStarted) << start.out;
+    return isStarted ? parts[1].str() : "no worker";
+}
+
+std::string refusal(const std::string& reason, const std::string& value)
+{
+    return "Lock request rejected.\nReason: " + reason + "\nccr entry: key: task    value: " + value + "\n";
+}
+
+std::string refusedAgain(const std::string& state, const std::string& value)
+{
+    return refusal("current process state: " + state + ". But specified ID is equel lock ID.", value);
+}
+
+class Task : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        runShell("cd $ZELFLAB_DIR && rm -f ccr/keys/task notes go nodes/node?/var/ces/task "
+                 "nodes/node?/var/tmp/*task*");
+    }
+};
+
+} // namespace
+
+TEST_F(Task, OfTwoNodesThatStartAtOnceExactlyOneWins)
+{
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    // Where the machine is slow, the other finds the parent gone and the worker not there yet.
+    const std::regex loser(
+        "Lock request rejected\\.\nReason: (|Lock: locked_by_(parent|child) process still alive\\.|current "
+        "process state: success\\. But specified ID is equel lock ID\\.)\nccr entry|Child did not get lock");
+    for (int round = 1; round <= 30; ++round) {
+        const std::string arguments =
+            "cluster task " + std::to_string(round) + " note=" + NOTES + " sleep=0.05 2>&1";
+        std::string both;
+        for (const char* node : {"node1", "node2"}) {
+            both += "(sleep 0.0" + std::to_string(random() % 40 + 10) + "; " + task(node, arguments) + ") & ";
+        }
+        const std::string out = runShell(both + "wait").out;
+        EXPECT_EQ(count(out, "Child got lock."), 1) << out;
+        EXPECT_TRUE(std::regex_search(out, loser)) << out;
+        expectEntry("[0-9]+:node[12].zelf.test,[0-9]+,success," + std::to_string(round));
+        EXPECT_EQ(count(runShell("cat $ZELFLAB_DIR/notes").out, "\n"), round);
+    }
+}
+
+TEST_F(Task, WhoReadTheSameVersionAndWritesLaterLoses)
+{
+    // node2 reads, and does not come to write until node1 is done.
+    const std::string slowly =
+        "#!/bin/bash\nzelfccr.real \"$@\"; status=$?\n[[ $1 == vget ]] || exit $status\ntouch " + GO + "\n" +
+        until("grep -sq success /opt/zelf/lab/ccr/keys/task") + "\nexit $status\n";
+    onNode("node2", "cd /opt/zelf/bin; mv zelfccr zelfccr.real; printf %s " + quoted(slowly) +
+                        " >zelfccr; chmod +x zelfccr");
+    const Outcome both =
+        runShell("{ " + task("node2", "cluster task 5") + "; echo status $?; } & " +
+                 until("[ -e $ZELFLAB_DIR/go ]") + task("node1", "cluster task 6") + " >/dev/null; wait");
+    onNode("node2", "cd /opt/zelf/bin; mv zelfccr.real zelfccr");
+    EXPECT_EQ(both.out, "zelfccr.real: key task is at version 3, not 0\n" + refusal("", "invalid key task") +
+                            "status 1\n");
+    expectEntry("3:node1.zelf.test,[0-9]+,success,6");
+}
+
+TEST_F(Task, ALiveHolderIsRespectedADeadOneIsNotAndAnIdRunsOnce)
+{
+    const std::string worker = workerOf(start("node1", "cluster task 7 sleep=60"));
+    const std::string held = "node1.zelf.test," + worker + ",locked_by_child,7";
+    for (const std::string node : {"node2", "node1"}) {
+        const Outcome refused = start(node, "cluster task 8");
+        EXPECT_EQ(refused.status, 4);
+        EXPECT_EQ(refused.out, refusal("Lock: locked_by_child process still alive.", held));
+    }
+    expectEntry("2:" + held);
+    kill(std::stoi(worker), SIGKILL);
+    const std::string failed =
+        "node2.zelf.test," + workerOf(start("node2", "cluster task 8 fail=3")) + ",failed,8";
+    expectEntry("5:" + failed);
+    EXPECT_EQ(count(lab("calls").out, "node2 zelfrun on1 node1.zelf.test pid " + worker + "\n"), 2);
+    EXPECT_EQ(count(lab("calls").out, "node1 zelfremote pid " + worker + "\n"), 3);
+
+    const Outcome again = start("node1", "cluster task 8");
+    EXPECT_EQ(again.status, 2);
+    EXPECT_EQ(again.out, refusedAgain("failed", failed));
+    const std::string done = "node1.zelf.test," + workerOf(start("node1", "cluster task 9")) + ",success,9";
+    expectEntry("8:" + done);
+    EXPECT_EQ(start("node2", "cluster task 9").out, refusedAgain("success", done));
+}
+
+TEST_F(Task, TheVersionsBeginAnewAheadOfTheirEnd)
+{
+    for (const auto& [before, after] :
+         {std::pair("2147483599", "2147483602"), {"2147483600", "3"}, {"2147483646", "3"}}) {
+        runShell(std::string("echo ") + before + ":node3.zelf.test,1,success,9 >" + KEY);
+        EXPECT_EQ(start("node1", "cluster task 1").status, 0);
+        expectEntry(std::string(after) + ":node1.zelf.test,[0-9]+,success,1");
+    }
+}
+
+TEST_F(Task, TheWorkerOutlivesTheTerminalAndKeepsItsOwnFiles)
+{
+    const Outcome terminal = onNode("node1", "script -qec '" TASKTOOL " cluster task 1 wait=" + GO +
+                                                 " out=late err=bad note=" + NOTES + " fail=3' /dev/null");
+    const std::string worker = workerOf(terminal);
+    EXPECT_EQ(terminal.status, 0);
+    expectEntry("2:node1.zelf.test," + worker + ",locked_by_child,1");
+    runShell("touch $ZELFLAB_DIR/go");
+    expectEntry("3:node1.zelf.test," + worker + ",failed,1");
+    EXPECT_EQ(runShell("cat $ZELFLAB_DIR/notes").out, "node1.zelf.test " + worker + "\n");
+    EXPECT_EQ(onNode("node1", "cat /var/zelf/tmp/task.stderr").out, "bad\n");
+    const std::string out = onNode("node1", "cat /var/zelf/tmp/task.stdout").out;
+    EXPECT_EQ(count(out, "is starting at time\nlate\nworker done with rc 3\nworkers execution time: "), 1)
+        << out;
+    const std::string log =
+        onNode("node1", "cd /var/zelf/tmp; " + until("grep -sq 'Trace messager end' tasktool.child.log") +
+                            "cat tasktool.child.log")
+            .out;
+    EXPECT_EQ(count(log, "\nZlFunction::execute: terminate child with rc = 3\nTrace messager end at: "), 1)
+        << log;
+    EXPECT_EQ(count(onNode("node1", "cat /var/zelf/tmp/tasktool.log").out, "ZlFunction::runChild"), 0);
+}
+
+TEST_F(Task, TheLockInAFileIsTheNodesOwn)
+{
+    const std::string file = "$ZELFLAB_DIR/nodes/node1/var/ces/task";
+    // That there is no file yet counts as a failed write.
+    const Outcome first = start("node1", "node task 1");
+    EXPECT_EQ(first.status, ENOENT);
+    EXPECT_EQ(first.out, refusal("", ""));
+    expectFile(file, "vget:-1:node1.zelf.test,[0-9]+,locked_by_parent,1");
+
+    std::string worker = workerOf(start("node1", "node task 1 wait=" + GO));
+    const std::string held = "node1.zelf.test," + worker + ",locked_by_child,1";
+    expectFile(file, "vget:0:" + held);
+    EXPECT_EQ(start("node1", "node task 2").out, refusal("Lock: locked_by_child process still alive.", held));
+    EXPECT_EQ(start("node2", "node task 2").out, refusal("", "")); // a lock of its own
+    runShell("touch $ZELFLAB_DIR/go");
+    const std::string done = "node1.zelf.test," + worker + ",success,1";
+    expectFile(file, "vget:1:" + done);
+    EXPECT_EQ(start("node1", "node task 1").out, refusedAgain("success", done));
+    worker = workerOf(start("node1", "node task 2 fail=1"));
+    expectFile(file, "vget:3:node1.zelf.test," + worker + ",failed,2");
+
+    const Outcome here = start("node1", "here task 1 out=hello fail=9"); // no lock at all
+    EXPECT_EQ(here.status, 9);
+    EXPECT_EQ(here.out, "hello\n");
+    EXPECT_EQ(runShell("ls " + KEY).out, "");
+}
