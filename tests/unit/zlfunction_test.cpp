@@ -20,19 +20,29 @@
 
 namespace {
 
-// What happens in the parent ahead of all that it does behind fork(2).
-std::function<void(pid_t)> behindFork = [](pid_t) {};
-bool canFork = true;
+// The task under test. Its parent goes on behind fork(2) when the worker has ended.
+struct {
+    bool isRunning = false;
+    bool canFork = true;
+    int result = -1;
+    std::string worker; // its process id
+    int status = -1;    // the worker's
+} run;
 
 } // namespace
 
 extern "C" pid_t fork() noexcept
 {
     static const auto next = reinterpret_cast<pid_t (*)()>(dlsym(RTLD_NEXT, "fork"));
-    errno = EAGAIN;
-    const pid_t pid = canFork ? next() : -1;
-    if (pid > 0) {
-        behindFork(pid);
+    if (!run.canFork) {
+        errno = EAGAIN;
+        return -1;
+    }
+    const pid_t pid = next();
+    if (pid > 0 && run.isRunning) {
+        waitpid(pid, &run.status, 0);
+        run.status = WEXITSTATUS(run.status);
+        run.worker = std::to_string(pid);
     }
     return pid;
 }
@@ -40,18 +50,12 @@ extern "C" pid_t fork() noexcept
 namespace {
 
 // zelfccr with versions.
-const std::string REPOSITORY = "case $1 in\n"
-                               "vget) cat /var/zelf/tmp/key 2>/dev/null ;;\n"
-                               "vput) [ \"$(cut -d: -f2 /var/zelf/tmp/key 2>/dev/null)\" = \"${3#0}\" ] || "
-                               "exit 1; echo \"x:$5:$7\" >/var/zelf/tmp/key ;;\n"
-                               "esac";
-
-struct TaskRun {
-    int result = -1;
-    std::string out;
-    std::string worker;    // its process id
-    int workerStatus = -1; // its exit status
-};
+const std::string KEY = TMP + "key";
+const std::string REPOSITORY =
+    "cd /var/zelf/tmp; case $1 in\n"
+    "vget) cat key 2>/dev/null ;;\n"
+    "vput) [ \"$(cut -d: -f2 key 2>/dev/null)\" = \"${3#0}\" ] && echo \"x:$5:$7\" >key ;;\n"
+    "esac";
 
 class ZlFunctionTest : public ZelfTest {
 protected:
@@ -61,46 +65,42 @@ protected:
         install("zelfccr", REPOSITORY);
         ZlErrorService::errorServiceP->setLogFileName("my.tool");
     }
-
-    static ZlFunction task(int (*function)(), int mode = ZlFunction::MODE_SINGLE_IN_CLUSTER)
-    {
-        ZlFunction task("option", "command", function);
-        task.setOperationMode(static_cast<ZlFunction::MODES>(mode));
-        task.setName("task");
-        task.setID(5);
-        return task;
-    }
-
-    // Executes a task. The parent goes on when the worker has ended.
-    static TaskRun execute(ZlFunction task, const char* before = "")
-    {
-        TaskRun run;
-        const pid_t here = getpid();
-        behindFork = [&run](pid_t worker) {
-            int status = 0;
-            waitpid(worker, &status, 0);
-            run.worker = std::to_string(worker);
-            run.workerStatus = WEXITSTATUS(status);
-        };
-        run.out = printed([&] {
-            std::cout << before;
-            run.result = task.execute();
-            if (getpid() != here) {
-                _exit(42); // a worker that has come back
-            }
-        });
-        behindFork = [](pid_t) {};
-        return run;
-    }
-
-    static std::string log(const std::string& name)
-    {
-        ZlErrorService::errorServiceP->writeTrace();
-        return contentOf(TMP + name);
-    }
-
     const std::string here = std::to_string(getpid());
 };
+
+ZlFunction task(int (*function)(), int mode = ZlFunction::MODE_SINGLE_IN_CLUSTER)
+{
+    ZlFunction task("option", "command", function);
+    task.setOperationMode(static_cast<ZlFunction::MODES>(mode));
+    task.setName("task");
+    task.setID(5);
+    return task;
+}
+
+// Executes a task; gives what it prints.
+std::string execute(int (*function)(), const char* before = "", bool canFork = true)
+{
+    const pid_t here = getpid();
+    run = {};
+    run.isRunning = true;
+    run.canFork = canFork;
+    const std::string out = printed([&] {
+        std::cout << before;
+        run.result = task(function).execute();
+        if (getpid() != here) {
+            _exit(42); // a worker that has come back
+        }
+    });
+    run.isRunning = false;
+    run.canFork = true;
+    return out;
+}
+
+std::string log(const std::string& name)
+{
+    ZlErrorService::errorServiceP->writeTrace();
+    return contentOf(TMP + name);
+}
 
 int succeed()
 {
@@ -132,14 +132,13 @@ TEST_F(ZlFunctionTest, ATaskFromItsStartToItsEnd)
     writeFile(TMP + "task.stdout", std::string(5000, 'o'));
     std::istringstream typed("typed");
     std::streambuf* const terminal = std::cin.rdbuf(typed.rdbuf());
-    const TaskRun run = execute(task(lookAround), "once ");
-    std::cin.rdbuf(terminal);
-    EXPECT_EQ(run.result, 0);
-    EXPECT_EQ(run.workerStatus, 7);
-    EXPECT_EQ(run.out,
+    EXPECT_EQ(execute(lookAround, "once "),
               "once Child got lock. Send to background. Output redirected to /var/zelf/tmp/task.stdout, "
               "/var/zelf/tmp/task.stderr\nWorker process started: " +
                   run.worker + " taskID = 5\n");
+    std::cin.rdbuf(terminal);
+    EXPECT_EQ(run.result, 0);
+    EXPECT_EQ(run.status, 7);
     const std::string vget = "zelfccr [vget] [task]\n";
     const std::string vput = vget + "zelfccr [vput] [-c] ";
     const std::string node = "[task] [node1.zelf.test,";
@@ -152,9 +151,6 @@ TEST_F(ZlFunctionTest, ATaskFromItsStartToItsEnd)
                   " func pointer 1 is starting at time\n/ 0 1 -1 0\nby command\nworker done with rc 7\n"
                   "workers execution time: TIME sec seconds.\n");
     EXPECT_EQ(contentOf(TMP + "task.stderr"), "an error\n");
-    struct stat status {};
-    stat((TMP + "task.stderr").c_str(), &status);
-    EXPECT_EQ(status.st_mode & 0777U, 0666U);
 
     // From the fork on, both stories are told apart. That of a failure is whole.
     const std::string child = contentOf(TMP + "my.tool.child.log");
@@ -186,76 +182,70 @@ TEST_F(ZlFunctionTest, TheResultOfTheFunctionIsTheEndOfTheWorker)
     };
     for (const auto& [function, status, state, hasLog] : cases) {
         SCOPED_TRACE(status);
-        std::filesystem::remove(TMP + "key");
+        std::filesystem::remove(KEY);
         std::filesystem::remove(TMP + "my.tool.child.log");
-        const TaskRun run = execute(task(function));
-        EXPECT_EQ(run.workerStatus, status);
-        EXPECT_EQ(contentOf(TMP + "key"), "x:3:node1.zelf.test," + run.worker + "," + state + ",5\n");
+        execute(function);
+        EXPECT_EQ(run.status, status);
+        EXPECT_EQ(contentOf(KEY), "x:3:node1.zelf.test," + run.worker + "," + state + ",5\n");
         EXPECT_EQ(std::filesystem::exists(TMP + "my.tool.child.log"), hasLog);
     }
 }
 
-TEST_F(ZlFunctionTest, AWorkerThatDoesNotGetTheLockEnds)
+TEST_F(ZlFunctionTest, ATaskWithoutItsWorkerLeavesTheEntryAsItIs)
 {
+    const std::string own = "x:1:node1.zelf.test," + here + ",locked_by_parent,5\n";
     const struct {
+        bool canFork;
         const char* zelfccr;
         std::string entry;
         const char* seen; // by the parent
     } cases[] = {
-        {"case $7 in *locked_by_child*) exit 1 ;; esac\n", "node1.zelf.test," + here + ",locked_by_parent,5",
-         "started"},
+        {false, "", own, "not started yet"},
+        {true, "case $7 in *locked_by_child*) exit 1 ;; esac\n", own, "started"},
         // Somebody else has come in between.
-        {"case $7 in *locked_by_parent*) echo x:1:n,11,locked_by_child,9 >/var/zelf/tmp/key; exit ;; esac\n",
-         "n,11,locked_by_child,9", "not started yet"},
+        {true,
+         "case $7 in *locked_by_parent*) echo x:1:n,11,locked_by_child,9 >/var/zelf/tmp/key; exit ;; esac\n",
+         "x:1:n,11,locked_by_child,9\n", "not started yet"},
     };
-    for (const auto& [zelfccr, entry, seen] : cases) {
-        std::filesystem::remove(TMP + "key");
+    for (const auto& [isPossible, zelfccr, entry, seen] : cases) {
+        SCOPED_TRACE(zelfccr);
+        ZelfTest::SetUp(); // no files
         install("zelfccr", zelfccr + REPOSITORY);
-        const TaskRun run = execute(task(succeed));
-        EXPECT_EQ(run.out, "Child did not get lock. Terminate process.\nWorker process started: " +
-                               run.worker + " taskID = 5\n");
-        EXPECT_EQ(run.workerStatus, 1);
-        EXPECT_EQ(contentOf(TMP + "key"), "x:1:" + entry + "\n");
+        EXPECT_EQ(execute(succeed, "", isPossible),
+                  isPossible ? "Child did not get lock. Terminate process.\nWorker process started: " +
+                                   run.worker + " taskID = 5\n"
+                             : "Fork Failed: 11\n");
+        EXPECT_EQ(run.result, 0);
+        EXPECT_EQ(run.status, isPossible ? 1 : -1);
+        EXPECT_EQ(contentOf(KEY), entry);
         EXPECT_FALSE(std::filesystem::exists(TMP + "task.stdout"));
-        // A line of the debug log.
-        expectIn(contentOf(TMP + "my.tool.child.log"), "\nZlFunction::runDetached: begin\n");
+        // The log of a worker that failed has the lines of the debug log.
+        EXPECT_EQ(log("my.tool.child.log").find("\nZlFunction::runDetached: begin\n") != std::string::npos,
+                  isPossible);
         expectIn(log("my.tool.log"), std::string("post process. Terminate: child ") + seen + ".\n");
     }
 }
 
-TEST_F(ZlFunctionTest, WhenThereIsNoOtherProcessTheEntryStays)
-{
-    canFork = false;
-    const TaskRun run = execute(task(succeed));
-    canFork = true;
-    EXPECT_EQ(run.out, "Fork Failed: 11\n");
-    EXPECT_EQ(run.result, 0);
-    EXPECT_EQ(contentOf(TMP + "key"), "x:1:node1.zelf.test," + here + ",locked_by_parent,5\n");
-}
-
 TEST_F(ZlFunctionTest, WhoMayTakeTheLock)
 {
-    const std::string alive = "Lock: locked_by_child process still alive.";
     const struct {
         const char* value;
         const char* zelfrun; // empty: not asked
-        int result;
-        std::string reason;
+        int result = ZlFunction::STATE_FREE;
+        std::string reason = "";
     } cases[] = {
-        {"n,11,locked_by_child", "", 5, ""},
-        {"n,11,locked_by_child,9,", "", 5, ""},
-        {"n,11,locked,5", "", 5, ""},
-        {"n,11,success,6", "", 5, ""},
-        {"n,11,failed,55", "", 5, ""},
+        {"n,11,locked_by_child", ""},
+        {"n,11,locked_by_child,9,", ""},
+        {"n,11,locked,5", ""},
+        {"n,11,success,6", ""},
+        {"n,11,failed,55", ""},
         {"n,11,success,5", "", 1, "current process state: success. But specified ID is equel lock ID."},
         {"n,11,failed,5", "", 2, "current process state: failed. But specified ID is equel lock ID."},
-        {"n,11,locked_by_child,9", "echo died", 5, ""},
-        {"n,11,locked_by_child,9", "printf ' died \\t\\r\\n'; exit 9", 5, ""},
-        {"n,11,locked_by_child,9", "echo alive", 4, alive},
-        {"n,11,locked_by_child,9", "echo; echo died", 4, alive},
-        {"n,11,locked_by_child,9", "exit 255", 4, alive},
+        {"n,11,locked_by_child,9", "echo died"},
+        {"n,11,locked_by_child,9", "printf ' died \\t\\r\\n'; exit 9"},
+        {"n,11,locked_by_child,9", "echo; echo died", 4, "Lock: locked_by_child process still alive."},
+        {"n,11,locked_by_child,9", "exit 255", 4, "Lock: locked_by_child process still alive."},
         {"n,11,locked_by_parent,5", "echo alive", 3, "Lock: locked_by_parent process still alive."},
-        {"n,11,locked_by_parent,5", "echo died", 5, ""},
     };
     for (const auto& [value, zelfrun, result, reason] : cases) {
         SCOPED_TRACE(std::string(value) + " / " + zelfrun);
@@ -265,29 +255,22 @@ TEST_F(ZlFunctionTest, WhoMayTakeTheLock)
         EXPECT_EQ(calls(),
                   std::string("zelfccr [vget]\n") + (*zelfrun != 0 ? "zelfrun [on1] [n] [pid] [11]\n" : ""));
         if (result != ZlFunction::STATE_FREE) {
-            const TaskRun run = execute(task(succeed));
+            EXPECT_EQ(execute(succeed), "Lock request rejected.\nReason: " + reason +
+                                            "\nccr entry: key: task    value: " + value + "\n");
             EXPECT_EQ(run.result, result);
-            EXPECT_EQ(run.out, "Lock request rejected.\nReason: " + reason +
-                                   "\nccr entry: key: task    value: " + value + "\n");
             EXPECT_EQ(calls().find("vput"), std::string::npos);
         }
     }
 }
 
-TEST_F(ZlFunctionTest, TheModeChoosesTheStore)
+TEST_F(ZlFunctionTest, TheModeChoosesNoLockTheRepositoryOrAFile)
 {
-    for (const int mode : {0, 4}) {
-        EXPECT_EQ(execute(task([] { return -1; }, mode)).result, -1) << mode;
-        EXPECT_EQ(calls(), "") << mode;
-    }
-    for (const int mode : {1, 2, 3}) {
-        task(succeed, mode).analyseLock();
+    for (const int mode : {0, 1, 2, 3, 4}) {
+        ZlFunction probe = task([] { return -1; }, mode);
+        EXPECT_EQ(mode % 4 == 0 ? probe.execute() : probe.analyseLock(),
+                  mode % 4 == 0 ? -1 : ZlFunction::STATE_FREE);
         EXPECT_EQ(calls(), mode == 2 ? "zelfccr [vget]\n" : "") << mode;
     }
-}
-
-TEST_F(ZlFunctionTest, TheLockInAFile)
-{
     const std::tuple<const char*, int, const char*> entries[] = {
         {"vget:7:a,b\n", 7, "a,b"},
         {"vget:-1:a\n", -1, "a"},

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
 #include <regex>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,52 +13,43 @@
 
 namespace {
 
-ZlErrorService& service()
-{
-    return *ZlErrorService::errorServiceP;
-}
-
 const std::string OUT = "/var/zelf/gen/out";
-const std::string SLOW = "/var/zelf/gen/slow";
+const std::string SLOW = TMP + "slow";
 const std::string LOG = TMP + "child.log";
 const std::string DEBUG_LOG = TMP + "debugchild.log";
 
-// Starts a process with its standard output in OUT and a log of its own. Gives its id as soon as it has
-// begun.
-pid_t start(const std::function<void()>& action)
-{
-    logged([] {}); // it shall not inherit what this process has traced
-    int ready[2];
-    EXPECT_EQ(pipe2(ready, O_CLOEXEC), 0);
-    const pid_t pid = fork();
-    if (pid == 0) {
-        sigset_t none;
-        sigemptyset(&none);
-        sigprocmask(SIG_SETMASK, &none, nullptr);
-        service().setLogFileName("child");
-        if (freopen(OUT.c_str(), "w", stdout) != nullptr) {
-            close(ready[1]);
-            action();
-        }
-        _exit(99);
-    }
-    close(ready[1]);
-    char byte = 0;
-    EXPECT_EQ(read(ready[0], &byte, 1), 0);
-    close(ready[0]);
-    return pid;
-}
+class ZlSignalsTest : public ZelfTest {
+protected:
+    ZlErrorService& service = *ZlErrorService::errorServiceP;
 
-// Starts the tool, and gives its id when it is in the midst of its first command.
-pid_t startTool()
-{
-    std::filesystem::remove(SLOW);
-    install("zelfctl", "echo $$ >" + SLOW + "; exec sleep 60");
-    const pid_t pid = start([] { execl(ZELFHOME_TOOL, "child", "info", "list", nullptr); });
-    for (int i = 0; i < 2000 && contentOf(SLOW).empty(); ++i) {
-        usleep(5000);
+    // Starts a process with its standard output in OUT and a log of its own, and waits until it has begun.
+    pid_t start(const std::function<void()>& action)
+    {
+        logged([] {}); // it shall not inherit what this process has traced
+        int ready[2];
+        EXPECT_EQ(pipe2(ready, O_CLOEXEC), 0);
+        const pid_t pid = fork();
+        if (pid == 0) {
+            service.setLogFileName("child");
+            if (freopen(OUT.c_str(), "w", stdout) != nullptr) {
+                close(ready[1]);
+                action();
+            }
+            _exit(99);
+        }
+        close(ready[1]);
+        char byte = 0;
+        EXPECT_EQ(read(ready[0], &byte, 1), 0);
+        close(ready[0]);
+        return pid;
     }
-    return pid;
+};
+
+void waitForever()
+{
+    for (;;) {
+        pause();
+    }
 }
 
 // Waits for the end of a process; gives its exit status, or the signal that it died of, negative.
@@ -70,51 +60,11 @@ int statusOf(pid_t pid)
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
-void waitForever()
-{
-    for (;;) {
-        pause();
-    }
-}
-
 void expectIn(const std::string& path, const std::string& part)
 {
     const std::string text = contentOf(path);
     EXPECT_NE(text.find(part), std::string::npos) << "'" << part << "' is not in\n" << text;
 }
-
-// The test itself may be the peer of a process: its own SIGUSR1 waits until it asks for it.
-class ZlSignalsTest : public ZelfTest {
-protected:
-    void SetUp() override
-    {
-        ZelfTest::SetUp();
-        sigemptyset(&answers);
-        sigaddset(&answers, SIGUSR1);
-        sigprocmask(SIG_BLOCK, &answers, nullptr);
-    }
-    void TearDown() override
-    {
-        ZelfTest::TearDown();
-        sigprocmask(SIG_UNBLOCK, &answers, nullptr);
-    }
-    siginfo_t answer(time_t seconds) const
-    {
-        siginfo_t info{};
-        const timespec limit = {seconds, 0};
-        sigtimedwait(&answers, &info, &limit);
-        return info;
-    }
-    // Asks as kill(2) does, or with a value other than 0.
-    static void ask(pid_t pid, int number)
-    {
-        sigval value{};
-        value.sival_int = number;
-        EXPECT_EQ(number == 0 ? kill(pid, SIGUSR1) : sigqueue(pid, SIGUSR1, value), 0);
-    }
-
-    sigset_t answers{};
-};
 
 } // namespace
 
@@ -126,12 +76,16 @@ TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
         {SIGTERM, "SIGTERM (15)"}, {SIGSEGV, "SIGSEGV (11)"},
     };
     const std::string last = "Terminate from ZlErrorService::signalHandler\n";
-    for (const bool inCommand : {false, true}) {
-        for (const auto& [number, name] : signals) {
-            SCOPED_TRACE(std::string(name) + (inCommand ? " in a command" : " at rest"));
-            std::filesystem::remove(LOG);
-            std::filesystem::remove(DEBUG_LOG);
-            const pid_t pid = inCommand ? startTool() : start(waitForever);
+    for (const auto& [number, name] : signals) {
+        for (const bool inCommand : {false, true}) {
+            SCOPED_TRACE(std::string(name) + (inCommand ? " in a command of the tool" : " at rest"));
+            ZelfTest::SetUp(); // no logs
+            install("zelfctl", "echo $$ >" + SLOW + "; exec sleep 60");
+            const auto runTool = [] { execl(ZELFHOME_TOOL, "child", "info", "list", nullptr); };
+            const pid_t pid = inCommand ? start(runTool) : start(waitForever);
+            for (int i = 0; inCommand && i < 2000 && contentOf(SLOW).empty(); ++i) {
+                usleep(5000);
+            }
             kill(pid, number);
             EXPECT_EQ(statusOf(pid), 1);
             EXPECT_EQ(contentOf(OUT), "An unexpected Error occured.\n");
@@ -139,7 +93,6 @@ TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
             expectIn(LOG, received + (number == SIGSEGV ? "Stack Trace\n" : last));
             expectIn(LOG, last + "Trace messager end at: ");
             expectIn(DEBUG_LOG, received);
-            expectIn(DEBUG_LOG, "\nstatic void ZlErrorService::signalHandler(int, siginfo_t*, void*)\n");
             if (inCommand) {
                 expectIn(LOG, "_executeCMD cmd = /opt/zelf/bin/zelfctl nqStatus");
                 kill(std::stoi(contentOf(SLOW)), SIGKILL);
@@ -148,107 +101,101 @@ TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
     }
     // The last one was a crash of the tool.
     const std::string log = contentOf(LOG);
-    const size_t begin = log.find("Stack Trace\n") + 12;
-    const std::string stack = log.substr(begin, log.find(last) - begin);
-    EXPECT_NE(stack.find("(_Z11_executeCMD"), std::string::npos) << stack;
-    EXPECT_NE(stack.find("(main+"), std::string::npos) << stack;
-    EXPECT_LE(std::count(stack.begin(), stack.end(), '\n'), 21) << stack; // the text has a newline of its own
-
-    const pid_t pid = startTool();
-    kill(pid, SIGPIPE); // not ours
-    EXPECT_EQ(statusOf(pid), -SIGPIPE);
-    kill(std::stoi(contentOf(SLOW)), SIGKILL);
+    const size_t stack = log.find("Stack Trace\n") + 12;
+    expectIn(LOG, "(_Z11_executeCMD");
+    expectIn(LOG, "(main+");
+    EXPECT_LE(std::count(log.begin() + stack, log.begin() + log.find(last), '\n'), 20 + 1);
 }
 
 TEST_F(ZlSignalsTest, EachCommandLeavesOneLineOfItsEnd)
 {
-    for (const bool isDaemon : {false, true}) {
-        ZlErrorService::controlFlags |= isDaemon ? +ZlErrorService::CHILD_IS_DAEMON : 0U;
-        const std::string line = std::string("\nZlErrorService::signalHandlerChild: ") +
-                                 (isDaemon ? "set alarm(10).\n" : "child is not daemon. Ignore signal.\n");
-        const auto threeCommands = [] {
-            for (int i = 0; i < 3; ++i) {
-                _executeCMD("true | true", nullptr);
-            }
-        };
-        std::string debug = logged(threeCommands, true);
-        const unsigned left = alarm(0);
-        EXPECT_TRUE(isDaemon ? left >= 9 : left == 0) << left;
-        for (int i = 0; i < 3; ++i) {
-            ASSERT_NE(debug.find(line), std::string::npos) << i;
+    for (const char* words : {"child is not daemon. Ignore signal.", "set alarm(10)."}) {
+        const std::string line = std::string("\nZlErrorService::signalHandlerChild: ") + words + "\n";
+        std::string debug =
+            logged([] { _executeCMD("true", nullptr), _executeCMD("true | true", nullptr); }, true);
+        EXPECT_EQ(alarm(0) >= 9, ZlErrorService::controlFlags != 0);
+        for (const bool isThere : {true, true, false}) {
+            EXPECT_EQ(debug.find(line) != std::string::npos, isThere) << debug;
             debug.erase(0, debug.find(line) + 1);
         }
-        EXPECT_EQ(debug.find(line), std::string::npos);
+        ZlErrorService::controlFlags |= ZlErrorService::CHILD_IS_DAEMON;
     }
 }
 
 TEST_F(ZlSignalsTest, TheAlarmEndsTheRunWithAShortLog)
 {
-    const pid_t pid = start([] {
-        service().pushNewMsg("message");
-        service().pushDebugMsg("detail");
+    const pid_t pid = start([this] {
+        service.pushNewMsg("message");
+        service.pushDebugMsg("detail");
         raise(SIGALRM);
     });
     EXPECT_EQ(statusOf(pid), 1);
-    const std::string reason = "Terminate because alarm signal was received.\n";
-    EXPECT_EQ(contentOf(OUT), reason);
+    EXPECT_EQ(contentOf(OUT), "Terminate because alarm signal was received.\n");
     EXPECT_TRUE(std::regex_match(contentOf(LOG), std::regex("\n.*\nmessage\n.*\n"))) << contentOf(LOG);
-    expectIn(DEBUG_LOG, "\nmessage\ndetail\nZlErrorService::signalHandlerAlarm: " + reason + "\n####");
+    expectIn(DEBUG_LOG,
+             "\nmessage\ndetail\nZlErrorService::signalHandlerAlarm: " + contentOf(OUT) + "\n####");
 }
 
-TEST_F(ZlSignalsTest, AnswersWhoAsksAndGoesOn)
+TEST_F(ZlSignalsTest, WhoAsksGetsAnAnswerButFromADaemon)
 {
-    int input[2];
-    ASSERT_EQ(pipe(input), 0);
-    const pid_t pid = start([&] {
-        char byte = 0;
-        const bool isUndisturbed = read(input[0], &byte, 1) == 1;
-        service().writeTrace();
-        _exit(isUndisturbed ? 7 : 8);
-    });
-    std::string reports;
-    for (const int value : {0, 77}) {
-        ask(pid, value);
-        const siginfo_t info = answer(10);
-        EXPECT_EQ(info.si_code, SI_QUEUE);
-        EXPECT_EQ(info.si_pid, pid);
-        EXPECT_EQ(info.si_value.sival_int, pid);
-        reports += "ZlErrorService::signalHandlerUSR1: signal = SIGUSR1(10), si_signo = 10, si_pid = " +
-                   std::to_string(getpid()) + " si_info = " + std::to_string(value) + "\n";
+    sigset_t answers;
+    sigemptyset(&answers);
+    sigaddset(&answers, SIGUSR1);
+    const timespec limit = {10, 0};
+    for (const bool isDaemon : {false, true}) {
+        for (const int value : {0, 77}) {
+            int input[2];
+            ASSERT_EQ(pipe(input), 0);
+            ZlErrorService::controlFlags = isDaemon ? +ZlErrorService::CHILD_IS_DAEMON : 0U;
+            const pid_t pid = start([&] {
+                char byte = 0;
+                const bool isUndisturbed = read(input[0], &byte, 1) == 1;
+                service.writeTrace();
+                _exit(isUndisturbed ? 7 : 8);
+            });
+            ZlErrorService::controlFlags = 0;
+            sigprocmask(SIG_BLOCK, &answers, nullptr);
+            sigval sent{};
+            sent.sival_int = value;
+            EXPECT_EQ(value == 0 ? kill(pid, SIGUSR1) : sigqueue(pid, SIGUSR1, sent), 0);
+            siginfo_t answer{};
+            if (!isDaemon) {
+                EXPECT_EQ(sigtimedwait(&answers, &answer, &limit), SIGUSR1);
+                EXPECT_EQ(answer.si_code, SI_QUEUE);
+                EXPECT_EQ(answer.si_pid, pid);
+                EXPECT_EQ(answer.si_value.sival_int, pid);
+                EXPECT_EQ(write(input[1], "", 1), 1);
+            }
+            EXPECT_EQ(statusOf(pid), isDaemon ? 0 : 7);
+            sigset_t pending;
+            sigpending(&pending);
+            EXPECT_FALSE(sigismember(&pending, SIGUSR1));
+            sigprocmask(SIG_UNBLOCK, &answers, nullptr);
+            const std::string here = std::to_string(getpid());
+            const std::string number = std::to_string(value);
+            EXPECT_EQ(contentOf(OUT),
+                      isDaemon ? "Process (" + (value == 0 ? here : number) +
+                                     ") runs as deamon. Terminate without response.\n"
+                               : "ZlErrorService::signalHandlerUSR1: signal = SIGUSR1(10), si_signo = 10, "
+                                 "si_pid = " +
+                                     here + " si_info = " + number + "\n");
+            expectIn(isDaemon ? LOG : DEBUG_LOG,
+                     "\n" + contentOf(OUT) +
+                         (isDaemon ? "Interrupt signal SIGUSR1 (10) received.\n Terminate from "
+                                     "ZlErrorService::signalHandlerChild\n"
+                                   : ""));
+        }
     }
-    EXPECT_EQ(write(input[1], "", 1), 1);
-    EXPECT_EQ(statusOf(pid), 7);
-    EXPECT_EQ(contentOf(OUT), reports);
-    expectIn(DEBUG_LOG, reports);
-    EXPECT_EQ(contentOf(LOG), "");
 }
 
-TEST_F(ZlSignalsTest, ADaemonEndsWithoutAnAnswer)
+TEST_F(ZlSignalsTest, HandlersCanBeBoundAnew)
 {
-    for (const int value : {0, 4711}) {
-        ZlErrorService::controlFlags = ZlErrorService::CHILD_IS_DAEMON;
-        const pid_t pid = start(waitForever);
-        ZlErrorService::controlFlags = 0;
-        ask(pid, value);
-        EXPECT_EQ(statusOf(pid), 0);
-        EXPECT_EQ(answer(0).si_signo, 0);
-        const std::string text = "Process (" + std::to_string(value == 0 ? getpid() : value) +
-                                 ") runs as deamon. Terminate without response.\n";
-        EXPECT_EQ(contentOf(OUT), text);
-        expectIn(LOG, "\n" + text +
-                          "Interrupt signal SIGUSR1 (10) received.\n "
-                          "Terminate from ZlErrorService::signalHandlerChild\n");
-    }
-}
-
-TEST_F(ZlSignalsTest, TheFatalHandlerBoundToTheAskingSignalDumpsAndKeepsTheTrace)
-{
-    const pid_t pid = start([] {
+    const pid_t pid = start([this] {
         ZlErrorService::addSignal(SIGUSR1, ZlErrorService::signalHandler);
-        service().pushDebugMsg("detail");
-        raise(SIGUSR1);
-        service().setLogFileName("after");
-        service().writeTrace();
+        service.pushDebugMsg("detail");
+        raise(SIGUSR1); // dumps the debug log and keeps it
+        service.setLogFileName("after");
+        service.writeTrace();
         ZlErrorService::addSignal(SIGUSR1, SIG_DFL);
         raise(SIGUSR1);
     });
@@ -257,13 +204,10 @@ TEST_F(ZlSignalsTest, TheFatalHandlerBoundToTheAskingSignalDumpsAndKeepsTheTrace
                           "Debug Trace end at: \\d{4}-\\d\\d-\\d\\d\\.\\d\\d:\\d\\d\n");
     EXPECT_TRUE(std::regex_match(contentOf(DEBUG_LOG), dump)) << contentOf(DEBUG_LOG);
     expectIn(TMP + "debugafter.log", "\ndetail\n\nInterrupt signal SIGUSR1 (10) received.\n\n");
-}
 
-TEST_F(ZlSignalsTest, AHandlerThatCannotBeInstalledEndsTheRun)
-{
-    const auto refused = [](auto handler) {
-        service().setLogFileName("child");
-        service().pushDebugMsg("detail");
+    const auto refused = [this](auto handler) {
+        service.setLogFileName("child");
+        service.pushDebugMsg("detail");
         ZlErrorService::addSignal(SIGKILL, handler);
     };
     expectEnd([&] { refused(ZlErrorService::signalHandler); }, 1, "", "Define signal handler failed.\n");
