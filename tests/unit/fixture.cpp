@@ -33,7 +33,7 @@ std::pair<int, char**> makeArgv(const Words& line)
 
     char* none[] = {argv[0], nullptr};
     optind = 0;
-    getopt(1, none, ZlCli::optstring.c_str());
+    (void)getopt(1, none, ZlCli::optstring.c_str());
     return {static_cast<int>(words.size()), argv.data()};
 }
 

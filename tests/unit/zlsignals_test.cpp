@@ -141,51 +141,54 @@ TEST_F(ZlSignalsTest, WhoAsksGetsAnAnswerButFromADaemon)
     sigset_t answers;
     sigemptyset(&answers);
     sigaddset(&answers, SIGUSR1);
-    const timespec limit = {10, 0};
-    for (const bool isDaemon : {false, true}) {
-        for (const int value : {0, 77}) {
-            int input[2];
-            ASSERT_EQ(pipe(input), 0);
-            ZlErrorService::controlFlags = isDaemon ? +ZlErrorService::CHILD_IS_DAEMON : 0U;
-            const pid_t pid = start([&] {
-                char byte = 0;
-                const bool isUndisturbed = read(input[0], &byte, 1) == 1;
-                service.writeTrace();
-                _exit(isUndisturbed ? 7 : 8);
-            });
-            ZlErrorService::controlFlags = 0;
-            sigprocmask(SIG_BLOCK, &answers, nullptr);
-            sigval sent{};
-            sent.sival_int = value;
-            EXPECT_EQ(value == 0 ? kill(pid, SIGUSR1) : sigqueue(pid, SIGUSR1, sent), 0);
-            siginfo_t answer{};
-            if (!isDaemon) {
-                EXPECT_EQ(sigtimedwait(&answers, &answer, &limit), SIGUSR1);
-                EXPECT_EQ(answer.si_code, SI_QUEUE);
-                EXPECT_EQ(answer.si_pid, pid);
-                EXPECT_EQ(answer.si_value.sival_int, pid);
-                EXPECT_EQ(write(input[1], "", 1), 1);
-            }
-            EXPECT_EQ(statusOf(pid), isDaemon ? 0 : 7);
-            sigset_t pending;
-            sigpending(&pending);
-            EXPECT_FALSE(sigismember(&pending, SIGUSR1));
-            sigprocmask(SIG_UNBLOCK, &answers, nullptr);
-            const std::string here = std::to_string(getpid());
-            const std::string number = std::to_string(value);
-            EXPECT_EQ(contentOf(OUT),
-                      isDaemon ? "Process (" + (value == 0 ? here : number) +
-                                     ") runs as deamon. Terminate without response.\n"
-                               : "ZlErrorService::signalHandlerUSR1: signal = SIGUSR1(10), si_signo = 10, "
-                                 "si_pid = " +
-                                     here + " si_info = " + number + "\n");
-            expectIn(isDaemon ? LOG : DEBUG_LOG,
-                     "\n" + contentOf(OUT) +
-                         (isDaemon ? "Interrupt signal SIGUSR1 (10) received.\n Terminate from "
-                                     "ZlErrorService::signalHandlerChild\n"
-                                   : ""));
+    const std::string here = std::to_string(getpid());
+    const struct {
+        bool isDaemon;
+        int value; // 0: sent by kill(2)
+        std::string words;
+    } cases[] = {
+        {false, 0,
+         "ZlErrorService::signalHandlerUSR1: signal = SIGUSR1(10), si_signo = 10, si_pid = " + here +
+             " si_info = 0\n"},
+        {false, 77,
+         "ZlErrorService::signalHandlerUSR1: signal = SIGUSR1(10), si_signo = 10, si_pid = " + here +
+             " si_info = 77\n"},
+        {true, 0, "Process (" + here + ") runs as deamon. Terminate without response.\n"},
+        {true, 77, "Process (77) runs as deamon. Terminate without response.\n"},
+    };
+    for (const auto& [isDaemon, value, words] : cases) {
+        int input[2];
+        ASSERT_EQ(pipe(input), 0);
+        ZlErrorService::controlFlags = isDaemon ? 2 : 0;
+        const pid_t pid = start([&] {
+            char byte = 0;
+            const bool isUndisturbed = read(input[0], &byte, 1) == 1;
+            service.writeTrace();
+            _exit(isUndisturbed ? 7 : 8);
+        });
+        ZlErrorService::controlFlags = 0;
+        sigprocmask(SIG_BLOCK, &answers, nullptr);
+        sigval sent{};
+        sent.sival_int = value;
+        EXPECT_EQ(value == 0 ? kill(pid, SIGUSR1) : sigqueue(pid, SIGUSR1, sent), 0);
+        siginfo_t answer{};
+        const timespec limit = {isDaemon ? 0 : 10, 0};
+        int status = isDaemon ? statusOf(pid) : -1;
+        EXPECT_EQ(sigtimedwait(&answers, &answer, &limit), isDaemon ? -1 : SIGUSR1);
+        sigprocmask(SIG_UNBLOCK, &answers, nullptr);
+        if (!isDaemon) {
+            EXPECT_EQ(answer.si_code, SI_QUEUE);
+            EXPECT_EQ(answer.si_value.sival_int, pid);
+            EXPECT_EQ(write(input[1], "", 1), 1);
+            status = statusOf(pid);
         }
+        EXPECT_EQ(status, isDaemon ? 0 : 7);
+        EXPECT_EQ(contentOf(OUT), words);
+        expectIn(DEBUG_LOG, "\n" + words);
+        EXPECT_EQ(contentOf(LOG).empty(), !isDaemon);
     }
+    expectIn(LOG,
+             "Interrupt signal SIGUSR1 (10) received.\n Terminate from ZlErrorService::signalHandlerChild\n");
 }
 
 TEST_F(ZlSignalsTest, HandlersCanBeBoundAnew)
