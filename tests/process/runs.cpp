@@ -47,6 +47,24 @@ TEST_F(Installation, AGatherRunNeedsAGroupAndTheCapabilityAndGoesToTheHelperProg
     }
 }
 
+TEST_F(Installation, AHelperProgramThatFailsIsTheStatusOfTheRun)
+{
+    configure(member());
+    const std::pair<const char*, Result> answers[] = {
+        {"echo half; echo trouble >&2; exit 9", {9, "half\n", "trouble\n"}},
+        {"exit 255", {255, "", ""}},
+    };
+    for (const auto& [script, expected] : answers) {
+        answer("callhomeutils.pl", script);
+        EXPECT_EQ(runTool("status list"), expected) << script;
+    }
+    answer("callhomeutils.pl", "kill -9 $$");
+    EXPECT_EQ(runTool("status list").status, 137) << "as its shell says";
+    answer("callhomeutils.pl", "rm /opt/zelf/bin/callhomeutils.pl");
+    EXPECT_EQ(runTool("status delete --all").status, 0);
+    EXPECT_EQ(runTool("status list").err.substr(0, 18), "Missing component ");
+}
+
 TEST_F(Installation, StatusIsForMembersAndItsUsageForAll)
 {
     const Result refused =

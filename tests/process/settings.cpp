@@ -28,9 +28,13 @@ TEST_F(Installation, TheOldMasterGateDividesTheRoads)
             "proxy-location = p\nproxy-port = 1\nproxy-username = u\nproxy-password = x\n";
         const Strings direct =
             service.empty() ? Strings{} : Strings{"zelfmonc callhome changeConfig " + service};
-        // The versions around the gate are the business of "info change".
         const std::pair<std::string, Strings> cases[] = {
-            {group("g", "node2", "node1,node2", "4.2.3.6"), {"callhomeutils.pl " + helper}}, {"", direct}};
+            {group("g", "node2", "node1,node2", "4.2.3.6"), {"callhomeutils.pl " + helper}},
+            {group("g", "node2", "node1,node2", "4.2.3.7"), direct},
+            {group("g", "node2", "node1,node2", "4.2.3.8"), direct},
+            {group("g", "node2", "node2,node3", "4.2.3.6"), direct},
+            {"", direct},
+        };
         size_t seen = 0;
         for (const auto& [groups, further] : cases) {
             configure(topology(groups, global));

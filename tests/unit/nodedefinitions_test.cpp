@@ -1,4 +1,4 @@
-// What a node specification means, and the command that changes a node class.
+// What a node definition means, and the command that changes a node class.
 #include "fixture.h"
 
 #include <filesystem>
