@@ -24,14 +24,15 @@ const std::string emptyStrg;
 
 // --- the trace -------------------------------------------------------------------------------------------
 
-std::map<int, std::string> ZlErrorService::signalNames;
-ZlTraceLines ZlErrorService::errorTrace;
-ZlTraceLines ZlErrorService::debugTrace;
-ZlTraceLines ZlErrorService::functionTrace;
-std::string ZlErrorService::lastError;
-std::string ZlErrorService::logFileName;
-std::string ZlErrorService::logFilePath = "/var/zelf/tmp/";
-std::string ZlErrorService::startTime;
+// Never destroyed: a signal may come behind the last destructor.
+std::map<int, std::string>& ZlErrorService::signalNames = *new std::map<int, std::string>;
+ZlTraceLines& ZlErrorService::errorTrace = *new ZlTraceLines;
+ZlTraceLines& ZlErrorService::debugTrace = *new ZlTraceLines;
+ZlTraceLines& ZlErrorService::functionTrace = *new ZlTraceLines;
+std::string& ZlErrorService::lastError = *new std::string;
+std::string& ZlErrorService::logFileName = *new std::string;
+const std::string& ZlErrorService::logFilePath = *new std::string("/var/zelf/tmp/");
+std::string& ZlErrorService::startTime = *new std::string;
 int32_t ZlErrorService::signalPid = -2;
 int32_t ZlErrorService::signalValue = -2;
 uint32_t ZlErrorService::controlFlags = 0;

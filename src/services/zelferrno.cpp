@@ -1,6 +1,8 @@
 #include "services/zelferrno.h"
 
 #include <algorithm>
+#include <climits>
+#include <iterator>
 
 // clang-format off
 
@@ -67,8 +69,10 @@ Errno ZelfErrnoFull(int number)
     if (number < 1) {
         return number;
     }
-    return number < static_cast<int>(linux2zelf.size()) ? linux2zelf[static_cast<size_t>(number)]
-                                                        : number + WITHOUT_COUNTERPART;
+    if (number < static_cast<int>(linux2zelf.size())) {
+        return linux2zelf[static_cast<size_t>(number)];
+    }
+    return number <= INT_MAX - WITHOUT_COUNTERPART ? number + WITHOUT_COUNTERPART : number;
 }
 
 int ZelfToSystemErrnoFull(Errno number)

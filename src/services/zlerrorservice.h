@@ -114,7 +114,8 @@ public:
     static std::string getStackTrace();
 
     static ZlErrorService* errorServiceP;
-    static std::map<int, std::string> signalNames;
+    // Data that a signal handler uses lives beyond the last destructor: handlers stay to the very end.
+    static std::map<int, std::string>& signalNames;
     static int32_t signalPid;
     static int32_t signalValue;
     static uint32_t controlFlags;
@@ -122,13 +123,13 @@ public:
 private:
     static void dumpDebugTrace();
 
-    static ZlTraceLines errorTrace;
-    static ZlTraceLines debugTrace;
-    static ZlTraceLines functionTrace;
-    static std::string lastError;
-    static std::string logFileName;
-    static std::string logFilePath;
-    static std::string startTime;
+    static ZlTraceLines& errorTrace;
+    static ZlTraceLines& debugTrace;
+    static ZlTraceLines& functionTrace;
+    static std::string& lastError;
+    static std::string& logFileName;
+    static const std::string& logFilePath;
+    static std::string& startTime;
     // Limit of the log file, in bytes, before a section is appended.
     static constexpr uint32_t maxSizeLogfile = 100000;
 };

@@ -1,7 +1,7 @@
 #include "services/zlfunction.h"
 
-#include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>

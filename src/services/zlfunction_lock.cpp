@@ -67,8 +67,8 @@ void ZlFunction::getLockData()
     const std::vector<std::string> fields = split(value, ",");
     if (fields.size() != 4) {
         errorServiceP->pushDebugMsg("ZlFunction::getLockData: invalid value format: key " + key +
-                                    " version " + toString(readVersion) + " ccr value " + value +
-                                    " data size " + toString(fields.size()) + " numbers 4");
+                                    " version " + toString(version) + " ccr value " + value + " data size " +
+                                    toString(fields.size()) + " numbers 4");
         return;
     }
     errorServiceP->pushDebugMsg("ZlFunction::getLockData: lock value has valid structur.");
@@ -103,7 +103,7 @@ ZlFunction::STATES ZlFunction::analyseLock()
     ZL_TRACE();
     errorServiceP->pushDebugMsg("ZlFunction::analyseLock: begin");
     getLockData();
-    errorServiceP->pushDebugMsg("ZlFunction::analyseLock: lock data: version=" + toString(lockVersion) +
+    errorServiceP->pushDebugMsg("ZlFunction::analyseLock: lock data: version=" + toString(version) +
                                 " state " + toString(static_cast<int>(lockState)));
     STATES result = STATE_FREE;
     if (lockState == STATE_LOCKED_BY_PARENT || lockState == STATE_LOCKED_BY_CHILD) {

@@ -208,6 +208,11 @@ TEST_F(ZlSignalsTest, HandlersCanBeBoundAnew)
     EXPECT_TRUE(std::regex_match(contentOf(DEBUG_LOG), dump)) << contentOf(DEBUG_LOG);
     expectIn(TMP + "debugafter.log", "\ndetail\n\nInterrupt signal SIGUSR1 (10) received.\n\n");
 
+    for (const int signal : {SIGPIPE, SIGBUS, SIGFPE}) { // not ours
+        struct sigaction action {};
+        sigaction(signal, nullptr, &action);
+        EXPECT_NE(action.sa_sigaction, &ZlErrorService::signalHandler) << signal;
+    }
     const auto refused = [this](auto handler) {
         service.setLogFileName("child");
         service.pushDebugMsg("detail");
