@@ -168,32 +168,32 @@ public:
 
     // The state of the run. `subject`, `verb` and `cmdOptions` are the command as validated and mapped,
     // `savedCmdOptions` the arguments as they were typed.
-    std::string nodeDefinition;                       // the last value of -N, "all" for -a
-    std::string remoteOption;                         // "-a" or "-N", whichever came last
-    bool showAdditionalMessages = true;               //
-    std::vector<std::string> cmdLineArgs;             //
-    std::string verb;                                 //
-    std::string subject;                              //
-    std::vector<std::string> cmdOptions;              //
-    std::vector<std::string> savedCmdOptions;         //
-    std::string shellCmd;                             // helper text of the command
-    std::string usageText;                            //
-    ZlCmd* cmdP = nullptr;                            // the command, an element of `cmds`
-    std::vector<ZlCmd> cmds;                          //
-    std::string programName;                          // file part of argv[0]
-    std::vector<std::string> repeatedRemoteOptions;   //
-    std::vector<ZlFunction> functions;                //
-    int execCmdRc = 1;                                // result code: the stream and the exit status
-    bool fullDecode;                                  // the line comes from another node
-    std::string illegalChars = "*;\\";                // refused in any argument
-    std::string helperCmd;                            // may be swapped for one call
-    const std::string defaultHelperCmd;               //
-    std::string closingErrorMsg;                      //
+    std::string nodeDefinition; // the last value of -N, "all" for -a
+    std::string remoteOption;   // "-a" or "-N", whichever came last
+    bool showAdditionalMessages = true;
+    std::vector<std::string> cmdLineArgs;
+    std::string verb;
+    std::string subject;
+    std::vector<std::string> cmdOptions;
+    std::vector<std::string> savedCmdOptions;
+    std::string shellCmd; // helper text of the command
+    std::string usageText;
+    ZlCmd* cmdP = nullptr; // the command, an element of `cmds`
+    std::vector<ZlCmd> cmds;
+    std::string programName; // file part of argv[0]
+    std::vector<std::string> repeatedRemoteOptions;
+    std::vector<ZlFunction> functions;
+    int execCmdRc = 1;                 // result code: the stream and the exit status
+    bool fullDecode;                   // the line comes from another node
+    std::string illegalChars = "*;\\"; // refused in any argument
+    std::string helperCmd;             // may be swapped for one call
+    const std::string defaultHelperCmd;
+    std::string closingErrorMsg;
     std::map<std::string, std::vector<char>> badArgs; // option characters by kind
     std::list<std::string> msgs;                      // additional messages
-    std::string remotePreCmd;                         //
-    std::string remotePostCmd;                        //
-    std::string userResponse;                         // result message; "silent" for none
+    std::string remotePreCmd;
+    std::string remotePostCmd;
+    std::string userResponse; // result message; "silent" for none
 
 protected:
     // The ordinary end: shows the messages and writes the trace. Not virtual: the derived object is deleted
