@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <iostream>
+#include <utility>
 
 #include "services/zltime.h"
 
@@ -99,7 +100,7 @@ void ZlErrorService::writeTrace()
 
     if (!errorTrace.empty()) {
         const std::string path = logFilePath + logFileName;
-        const std::string lines = errorTrace.take();
+        const ZlTraceLines lines = std::exchange(errorTrace, {});
         cutLogFile(path, maxSizeLogfile);
         // Support scripts match "messager".
         std::ofstream(path, std::ios::binary | std::ios::app)
@@ -107,10 +108,12 @@ void ZlErrorService::writeTrace()
             << lines << "Trace messager end at: " << endTime << "\n";
     }
     if (!debugTrace.empty()) {
-        const std::string lines = debugTrace.take() + "\n#### function trace ####\n" + functionTrace.take();
+        const ZlTraceLines lines = std::exchange(debugTrace, {});
+        const ZlTraceLines functions = std::exchange(functionTrace, {});
         std::ofstream(logFilePath + "debug" + logFileName, std::ios::binary | std::ios::trunc)
             << "Debug Trace start at: " << startTime << "\n"
-            << lines << "Debug Trace end at: " << endTime << "\n";
+            << lines << "\n#### function trace ####\n"
+            << functions << "Debug Trace end at: " << endTime << "\n";
     }
 }
 

@@ -16,34 +16,7 @@
 #include <string>
 #include <string_view>
 
-// Lines pushed since the last write, kept as the one text that goes to the file. A push is an append and
-// makes no object of its own: a run on 10,000 nodes pushes some hundred thousand lines.
-class ZlTraceLines {
-public:
-    void push(std::string_view line)
-    {
-        text.append(line);
-        text.push_back('\n');
-    }
-    void pushIndented(std::string_view line)
-    {
-        text.push_back('\t');
-        push(line);
-    }
-    bool empty() const { return text.empty(); }
-    const std::string& get() const { return text; }
-
-    // Hands out all lines, each with its newline, and leaves the list empty.
-    std::string take()
-    {
-        std::string lines;
-        lines.swap(text);
-        return lines;
-    }
-
-private:
-    std::string text;
-};
+#include "services/zltracelines.h"
 
 class ZlErrorService {
 public:

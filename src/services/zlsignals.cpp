@@ -97,7 +97,7 @@ void ZlErrorService::dumpDebugTrace()
     std::strftime(stamp.data(), stamp.size(), "%Y-%m-%d.%H:%S", &local);
     std::ofstream(logFilePath + "debug" + logFileName, std::ios::binary | std::ios::trunc)
         << "Debug Trace start at: " << startTime << "\n"
-        << debugTrace.get() << "Debug Trace end at: " << stamp.data() << "\n";
+        << debugTrace << "Debug Trace end at: " << stamp.data() << "\n";
 }
 
 std::string ZlErrorService::getStackTrace()
