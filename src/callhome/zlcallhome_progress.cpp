@@ -5,8 +5,9 @@
 #include "callhome/zlcallhome.h"
 
 #include <array>
+#include <bit>
+#include <functional>
 #include <string_view>
-#include <unordered_set>
 
 #include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
@@ -44,12 +45,46 @@ bool cutRecord(std::string_view line, Fields& fields)
     return true;
 }
 
-// Gives the package's file name so short that it fits a table: "..." and what begins seven bytes ahead of
-// "gat_". A name that did not come from the gathering tools has no such place, which is a range error.
-std::string shortPackageName(std::string_view name)
+// Gives what of the package's file name fits a table, behind "...": all from seven bytes ahead of "gat_". A
+// name that did not come from the gathering tools has no such place, which is a range error.
+std::string_view endOfPackageName(std::string_view name)
 {
-    return "..." + std::string(name.substr(name.find("gat_") - 7));
+    return name.substr(name.find("gat_") - 7);
 }
+
+// A set of texts that stay where they are. Its table is small enough for the caches: with 100,000 runs,
+// looking in nodes all over the memory would cost as much as the rest of the reading.
+class TextSet {
+public:
+    // Has place for `count` texts.
+    explicit TextSet(size_t count) : slots(std::bit_ceil(2 * count + 1)) {}
+
+    // False when the text was there.
+    bool insert(std::string_view text)
+    {
+        const size_t hash = std::hash<std::string_view>()(text);
+        const auto tag = static_cast<uint32_t>(hash >> 32);
+        for (size_t place = hash;; ++place) {
+            Slot& slot = slots[place & (slots.size() - 1)];
+            if (slot.number == 0) {
+                texts.push_back(text);
+                slot = {tag, static_cast<uint32_t>(texts.size())};
+                return true;
+            }
+            if (slot.tag == tag && texts[slot.number - 1] == text) {
+                return false;
+            }
+        }
+    }
+
+private:
+    struct Slot {
+        uint32_t tag;    // of the text's hash
+        uint32_t number; // of the text, counted from 1; 0 in a free slot
+    };
+    std::vector<Slot> slots;
+    std::vector<std::string_view> texts;
+};
 
 } // namespace
 
@@ -60,27 +95,27 @@ int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vecto
     if (file.readFile() != 0) {
         return 1;
     }
-    std::vector<std::string> lines;
+    std::vector<std::string_view> lines;
     file.getData(&lines);
     const bool isVerbose = (statusFlags & STATUS_VERBOSE) != 0;
     const bool isMachineReadable = getMachineReadableOutput();
 
     std::vector<std::vector<std::string>> newestFirst;
-    std::unordered_set<std::string_view> startTimes;
-    startTimes.reserve(lines.size());
+    TextSet startTimes(lines.size());
     Fields fields;
     for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
         if (!cutRecord(*line, fields)) {
             errorServiceP->pushNewMsg(
-                "ZlCallhome::readProgressFile: Skipping a progress line because of a wrong format: " + *line);
+                "ZlCallhome::readProgressFile: Skipping a progress line because of a wrong format: " +
+                std::string(*line));
             continue;
         }
         // The newest line of a run is met first, and stands for the run.
-        if (!startTimes.insert(fields[PROGRESS_START_TIME]).second) {
+        if (!startTimes.insert(fields[PROGRESS_START_TIME])) {
             continue;
         }
         std::vector<std::string>& row = newestFirst.emplace_back();
-        row.reserve(8);
+        row.reserve(isVerbose ? 8 : 5);
         row.push_back(groupName);
         for (const size_t field : {PROGRESS_TASK, PROGRESS_START_TIME, PROGRESS_STATUS}) {
             row.emplace_back(fields[field]);
@@ -94,7 +129,7 @@ int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vecto
             row.emplace_back(fields[PROGRESS_ORIGINAL_FILENAME]);
             row.emplace_back(package);
         } else {
-            row.push_back(shortPackageName(package));
+            row.emplace_back("...").append(endOfPackageName(package));
         }
     }
     rows.insert(rows.end(), std::make_move_iterator(newestFirst.begin()),

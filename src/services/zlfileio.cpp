@@ -250,6 +250,13 @@ int ZlFileIO::getData(std::vector<std::string>* lines)
                             : forEachLine([lines](std::string_view line) { lines->emplace_back(line); });
 }
 
+int ZlFileIO::getData(std::vector<std::string_view>* lines)
+{
+    ZL_TRACE();
+    return lines == nullptr ? refuseNull()
+                            : forEachLine([lines](std::string_view line) { lines->push_back(line); });
+}
+
 int ZlFileIO::getData(std::set<std::string>* lines)
 {
     ZL_TRACE();

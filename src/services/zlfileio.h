@@ -62,7 +62,9 @@ public:
     int getData(std::string* text);
 
     // Adds the buffer's lines, without their newline, to the container. 1: null pointer, 2: empty buffer.
+    // Views are good until the buffer changes.
     int getData(std::vector<std::string>* lines);
+    int getData(std::vector<std::string_view>* lines);
     int getData(std::set<std::string>* lines);
 
     // Hands the same lines to `add`, as views that are good until the buffer changes. 2: empty buffer.

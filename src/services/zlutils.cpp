@@ -268,7 +268,7 @@ void percentEncode(std::vector<std::string>& out, const std::vector<std::string>
     out = std::move(result);
 }
 
-void percentDecode(std::string& out, const std::string& in)
+void percentDecode(std::string& out, std::string_view in)
 {
     const auto hexValue = [](char byte) {
         return isDigit(byte)                ? byte - '0'
@@ -276,10 +276,15 @@ void percentDecode(std::string& out, const std::string& in)
                : byte >= 'a' && byte <= 'f' ? byte - 'a' + 10
                                             : -1;
     };
+    size_t hit = in.find('%');
+    if (hit == std::string_view::npos) {
+        out = in;
+        return;
+    }
     std::string result;
     result.reserve(in.size());
     size_t begin = 0;
-    for (size_t hit = in.find('%'); hit != std::string::npos; hit = in.find('%', begin)) {
+    for (; hit != std::string_view::npos; hit = in.find('%', begin)) {
         result.append(in, begin, hit - begin);
         begin = hit + 3;
         const int high = hit + 1 < in.size() ? hexValue(in[hit + 1]) : -1;
@@ -288,7 +293,7 @@ void percentDecode(std::string& out, const std::string& in)
             result += static_cast<char>(16 * high + low);
         } else {
             // Blanks and signs count as strtol counts them.
-            result += static_cast<char>(std::strtol(in.substr(hit + 1, 2).c_str(), nullptr, 16));
+            result += static_cast<char>(std::strtol(std::string(in.substr(hit + 1, 2)).c_str(), nullptr, 16));
         }
     }
     // A percent sign too near to the end leaves `begin` behind it, and append() raises the range error.

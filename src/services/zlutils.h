@@ -72,7 +72,7 @@ void percentEncode(std::vector<std::string>& out, const std::vector<std::string>
 
 // Undoes any percentEncode. Two bytes behind a percent sign are read as strtol does; none that are digits
 // give a zero byte. Throws std::out_of_range when a percent sign stands less than two bytes from the end.
-void percentDecode(std::string& out, const std::string& in);
+void percentDecode(std::string& out, std::string_view in);
 
 // An optional sign, digits, at most one "." which is not last. The first byte is not examined: "a12" passes.
 int isDecimal(const std::string& text);
