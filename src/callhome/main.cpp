@@ -10,20 +10,20 @@
 namespace {
 
 // True when the server of this node's group has to run the command. What -a and -N said has no part in it.
-bool belongsToCallhomeNode(const ZlCallhome& callhome)
+bool belongsToServer(const ZlCallhome& callhome, const std::string& callhomeNode)
 {
-    return !callhome.getCallhomeNode().empty() && !callhome.verb.empty() &&
+    return !callhomeNode.empty() && !callhome.verb.empty() &&
            callhome.cmdP->getRemoteNodeHandling() == ZlCmd::REMOTE_NORMAL &&
            callhome.getThisGroupMasterVersion() >= ZelfVersion(MONITORING_ROUTE_VERSION) &&
-           callhome.getLocalNodeName() != callhome.getCallhomeNode();
+           callhome.getLocalNodeName() != callhomeNode;
 }
 
-int forward(ZlCallhome& callhome)
+int forward(ZlCallhome& callhome, const std::string& callhomeNode)
 {
     // The other node maps the arguments by itself.
     callhome.cmdOptions = callhome.savedCmdOptions;
     const std::string encoded = callhome.getEncodedCmdLine();
-    const std::string command = callhome.constructCmd(encoded, callhome.getCallhomeNode());
+    const std::string command = callhome.constructCmd(encoded, callhomeNode);
     ZlCallhome::errorServiceP->pushNewMsg("ZlCallhome::main remote cmd: " + command);
     return callhome.executeCMD(command, nullptr);
 }
@@ -45,10 +45,11 @@ int main(int argc, char** argv)
     auto* callhome = new ZlCallhome(argc, argv);
     chServiceP = callhome;
     callhome->setRemoteExecution(false);
-    if (belongsToCallhomeNode(*callhome)) {
+    const std::string callhomeNode = callhome->getCallhomeNode();
+    if (belongsToServer(*callhome, callhomeNode)) {
         callhome->setRemoteExecution(true);
     }
-    const int result = callhome->doRemoteExecution() ? forward(*callhome) : runHere(*callhome);
+    const int result = callhome->doRemoteExecution() ? forward(*callhome, callhomeNode) : runHere(*callhome);
     callhome->execCmdRc = result;
     delete callhome;
     chServiceP = nullptr;

@@ -28,7 +28,9 @@ int ZlCallhome::executeCHcmd(const std::string& requestSubject, const std::strin
     }
     std::string options;
     if (buffer == nullptr || !getInteractive()) {
-        quoteOptions(nullptr);
+        for (std::string& option : cmdOptions) {
+            option = "'" + option + "'";
+        }
         std::vector<std::string> words = {requestSubject.empty() ? subject : requestSubject,
                                           requestVerb.empty() ? verb : requestVerb};
         words.insert(words.end(), cmdOptions.begin(), cmdOptions.end());

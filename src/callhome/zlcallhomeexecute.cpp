@@ -9,10 +9,10 @@ const char* const MAIN_PROPERTIES = "/opt/zelf/data/callhome/etc/UPLmain.propert
 
 } // namespace
 
-ZlCallhomeExecute::ZlCallhomeExecute(ZlCallhome* callhome)
-    : errorServiceP(ZlErrorService::getInstance()), callhomeP(callhome)
+ZlCallhomeExecute::ZlCallhomeExecute(ZlCallhome* callhome) : errorServiceP(nullptr), callhomeP(callhome)
 {
     ZL_TRACE();
+    errorServiceP = ZlErrorService::getInstance();
     errorServiceP->pushNewMsg("Create ZlCallhomeExecute object.");
     subjectSettings = {
         {"proxy",

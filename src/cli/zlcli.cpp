@@ -3,6 +3,7 @@
 #include <cstring>
 #include <string_view>
 #include <unistd.h>
+#include <utility>
 
 #include "cluster/zlclusterinfo.h"
 #include "services/executecmd.h"
@@ -21,14 +22,14 @@ std::string fileOf(const std::string& path)
 
 } // namespace
 
-ZlCli::ZlCli(int argc, char** argv, const std::string& helper, const std::string& preCmd,
-             const std::string& postCmd)
+ZlCli::ZlCli(int argc, char** argv, std::string helper, std::string preCmd, std::string postCmd)
     : programName(argc > 0 ? fileOf(argv[0]) : "zelfhome"),
       fullDecode(argc > 0 && std::string_view(argv[argc - 1]) == "--fullDecode"), helperCmd(helper),
-      defaultHelperCmd(helper), remotePreCmd(preCmd), remotePostCmd(postCmd),
-      clusterInfoP(ZlClusterInfo::getInstance())
+      defaultHelperCmd(std::move(helper)), remotePreCmd(std::move(preCmd)), remotePostCmd(std::move(postCmd)),
+      clusterInfoP(nullptr)
 {
     ZL_TRACE();
+    clusterInfoP = ZlClusterInfo::getInstance();
     std::string commandLine = programName;
     for (int i = 1; i < argc; ++i) {
         if (fullDecode) {

@@ -41,8 +41,7 @@ class ZlCli {
 public:
     // Starts the trace of the run, with what the cluster says of itself. When the last argument is
     // "--fullDecode" all arguments are decoded in place first: the line comes from another node.
-    ZlCli(int argc, char** argv, const std::string& helperCmd, const std::string& remotePreCmd,
-          const std::string& remotePostCmd);
+    ZlCli(int argc, char** argv, std::string helperCmd, std::string remotePreCmd, std::string remotePostCmd);
     ZlCli(const ZlCli&) = delete;
     ZlCli& operator=(const ZlCli&) = delete;
 
@@ -105,7 +104,7 @@ public:
 
     // Gives the shell command that runs an encoded command line on a node; the local node has the helper
     // program run it. Ends the process when either node is unknown.
-    std::string constructCmd(const std::string& encoded, const std::string& node);
+    const std::string constructCmd(const std::string& encoded, const std::string& node);
 
     // Runs any shell text, see _executeCMD(). The code becomes the result code.
     int executeCMD(const std::string& cmd, std::vector<std::string>* lines);

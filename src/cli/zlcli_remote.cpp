@@ -167,17 +167,17 @@ std::string ZlCli::getEncodedCmdLine()
     return encoded;
 }
 
-std::string ZlCli::constructCmd(const std::string& encoded, const std::string& node)
+const std::string ZlCli::constructCmd(const std::string& encoded, const std::string& node)
 {
     ZL_TRACE();
-    const std::string& local = getLocalNodeName();
-    const std::string& target = node.empty() ? local : ZlClusterInfo::toAdminLongName(node);
+    const std::string& target = node.empty() ? getLocalNodeName() : ZlClusterInfo::toAdminLongName(node);
     if (target.empty()) {
         pushMessage(node + " is not a valid node. Terminate!");
         errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because " + node +
                                   " is not a valid node name");
         terminateProgram(1);
     }
+    const std::string& local = getLocalNodeName();
     if (local.empty()) {
         pushMessage("Cannot detect local node name. Terminate!");
         errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because local node name is not resolved.");

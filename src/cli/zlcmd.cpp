@@ -13,15 +13,16 @@ std::string toString(ZlCmd::valueType value)
 }
 
 ZlCmd::ZlCmd(ZlCli* cli, const std::string& subjectText, const std::string& verbText,
-             const std::string& helperText, UsageFunction usage, Function /*function*/, nodeLevel_t level)
-    : errorServiceP(ZlErrorService::getInstance()), cliP(cli)
+             const std::string& helperText, std::string (*usage)(), int (* /*function*/)(), nodeLevel_t level)
+    : errorServiceP(nullptr), cliP(cli)
 {
     ZL_TRACE();
+    errorServiceP = ZlErrorService::getInstance();
     reset(subjectText, verbText, helperText, nullptr, usage, level);
 }
 
 void ZlCmd::reset(const std::string& newSubject, const std::string& newVerb, const std::string& newHelperCmd,
-                  Function newCmdFunc, UsageFunction usage, nodeLevel_t level)
+                  int (*newCmdFunc)(), std::string (*usage)(), nodeLevel_t level)
 {
     ZL_TRACE();
     if (level == 0) {
@@ -53,21 +54,21 @@ void ZlCmd::reset(const std::string& newSubject, const std::string& newVerb, con
     }
 }
 
-void ZlCmd::operator()(const std::string& newSubject, const std::string& newVerb, Function newCmdFunc,
-                       UsageFunction usage, nodeLevel_t level)
+void ZlCmd::operator()(const std::string& newSubject, const std::string& newVerb, int (*newCmdFunc)(),
+                       std::string (*usage)(), nodeLevel_t level)
 {
     ZL_TRACE();
     reset(newSubject, newVerb, emptyStrg, newCmdFunc, usage, level);
 }
 
 void ZlCmd::operator()(const std::string& newSubject, const std::string& newVerb,
-                       const std::string& newHelperCmd, UsageFunction usage, nodeLevel_t level)
+                       const std::string& newHelperCmd, std::string (*usage)(), nodeLevel_t level)
 {
     ZL_TRACE();
     reset(newSubject, newVerb, newHelperCmd, nullptr, usage, level);
 }
 
-void ZlCmd::operator()(std::string name, valueType type, bool required, std::string token, Function function,
+void ZlCmd::operator()(std::string name, valueType type, bool required, std::string token, int (*function)(),
                        nodeLevel_t level)
 {
     ZL_TRACE();

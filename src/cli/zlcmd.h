@@ -70,19 +70,19 @@ public:
     // `cmdFunc` is dropped on purpose: a function reaches a command through operator() alone. A level of 0
     // stands for the tool's minimum level, here and below.
     ZlCmd(ZlCli* cli, const std::string& subject, const std::string& verb, const std::string& helperCmd,
-          UsageFunction usage, Function cmdFunc, nodeLevel_t level);
+          std::string (*usage)(), int (*cmdFunc)(), nodeLevel_t level);
 
     // Begins a new declaration. `verb` is one verb, or alternatives joined by " | ". The mode, the function
     // name and the daemon switch stay as they are.
     void reset(const std::string& subject, const std::string& verb, const std::string& helperCmd,
-               Function cmdFunc, UsageFunction usage, nodeLevel_t level);
-    void operator()(const std::string& subject, const std::string& verb, Function cmdFunc,
-                    UsageFunction usage, nodeLevel_t level);
+               int (*cmdFunc)(), std::string (*usage)(), nodeLevel_t level);
+    void operator()(const std::string& subject, const std::string& verb, int (*cmdFunc)(),
+                    std::string (*usage)(), nodeLevel_t level);
     void operator()(const std::string& subject, const std::string& verb, const std::string& helperCmd,
-                    UsageFunction usage, nodeLevel_t level);
+                    std::string (*usage)(), nodeLevel_t level);
 
     // Adds a named option, whose name begins with "--", or the next positional.
-    void operator()(std::string name, valueType type, bool required, std::string token, Function cmdFunc,
+    void operator()(std::string name, valueType type, bool required, std::string token, int (*cmdFunc)(),
                     nodeLevel_t level);
 
     // Replace an argument, the verb, or for a verb the shell command, when validation has passed.

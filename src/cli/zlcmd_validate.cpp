@@ -79,7 +79,8 @@ void ZlCmd::processValidation(std::vector<std::string>& args) const
 
 // Where the walk over the arguments stands.
 struct ZlCmd::Walk {
-    std::set<ZlOption> mandatory;       // not met so far
+    ZlOption key;                       // what is looked for in the command's options
+    std::set<ZlOption> mandatory;       // options not met so far
     optionValue checkType = VALUE_NONE; // what the option waits for
     const ZlOption* current = nullptr;  // the option met last
     int posIndex = 0;                   // the next positional
@@ -89,8 +90,7 @@ struct ZlCmd::Walk {
 std::string ZlCmd::verifyAllArgs(std::vector<std::string>& args) const
 {
     ZL_TRACE();
-    Walk walk;
-    walk.mandatory = getMandatoryOptions();
+    Walk walk{ZlOption(cliP, emptyStrg, NO, false, emptyStrg, nullptr, 0), getMandatoryOptions()};
     for (std::string& arg : args) {
         switch (walk.checkType) {
         case VALUE_NONE:
@@ -137,8 +137,8 @@ std::string ZlCmd::verifyAllArgs(std::vector<std::string>& args) const
 
 void ZlCmd::takeOptionOrPositional(Walk& walk, std::string& arg) const
 {
-    ZlOption key(cliP, arg, NO, false, emptyStrg, nullptr, 0);
-    const auto option = options.find(key);
+    walk.key(arg, NO, false, emptyStrg);
+    const auto option = options.find(walk.key);
     if (option == options.end()) {
         walk.current = nullptr;
         takePositional(walk, arg);
@@ -151,14 +151,14 @@ void ZlCmd::takeOptionOrPositional(Walk& walk, std::string& arg) const
 
 void ZlCmd::takePositional(Walk& walk, std::string& arg) const
 {
-    ZlOption key(cliP, "#" + toString(walk.posIndex) + "#", ANY, false, emptyStrg, nullptr, 0);
-    const auto positional = options.find(key);
+    walk.key("#" + toString(walk.posIndex) + "#", ANY, false, emptyStrg);
+    const auto positional = options.find(walk.key);
     if (positional != options.end()) {
         walk.infinitePosArgs = walk.infinitePosArgs || positional->getType() == ANY_INFINITE;
         arg = verifyType(arg, *positional);
         walk.mandatory.erase(*positional);
     } else if (walk.infinitePosArgs) {
-        arg = verifyType(arg, key);
+        arg = verifyType(arg, walk.key);
     } else {
         terminateWithMessage(userResponseInvalidArg + "'" + arg + "'", emptyStrg, true);
     }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "cli/zlcli.h"
 #include "cluster/zlclusterinfo.h"
@@ -51,10 +52,9 @@ bool isCountryCode(const std::string& arg)
            std::all_of(arg.begin(), arg.end(), [](char byte) { return byte >= 'A' && byte <= 'Z'; });
 }
 
-// Resolves a node definition and rewrites it to the resolved names. Each node must have `role`, if any.
-bool resolveNodes(std::string& arg, const std::string& role)
+// Rewrites a node definition to the names that it resolved to. Each node must have `role`, if any.
+bool takeNodes(std::string& arg, const ZlNodesDefinition& nodes, const std::string& role)
 {
-    const ZlNodesDefinition nodes(arg);
     if (!nodes.getUnresolved().empty()) {
         return false;
     }
@@ -75,11 +75,12 @@ const char* const CES_ROLE = "X";
 } // namespace
 
 ZlOption::ZlOption(ZlCli* cli, const std::string& optionName, ZlCmd::valueType valueType, bool isMandatory,
-                   const std::string& tokenText, ZlCmd::Function function, nodeLevel_t level)
+                   const std::string& tokenText, int (*function)(), nodeLevel_t level)
     : cliP(cli), name(optionName), type(valueType), required(isMandatory), token(tokenText),
-      errorServiceP(ZlErrorService::getInstance()), nodeLevel(level), cmdFunc(function)
+      errorServiceP(nullptr), nodeLevel(level), cmdFunc(function)
 {
     ZL_TRACE();
+    errorServiceP = ZlErrorService::getInstance();
 }
 
 void ZlOption::operator()(const std::string& newName, ZlCmd::valueType newType, bool newRequired,
@@ -155,9 +156,22 @@ std::string ZlOption::toStrg() const
     return name + " " + getTypeStrg() + (required ? " which is required." : " which is not requiered. ");
 }
 
-bool ZlOption::checkArgType(std::string& arg)
+bool ZlOption::operator<(const ZlOption& other) const
 {
     ZL_TRACE();
+    return name < other.name;
+}
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wignored-qualifiers"
+
+const bool ZlOption::checkArgType(std::string& arg)
+{
+    ZL_TRACE();
+    std::optional<ZlNodesDefinition> nodes;
+    if (type == ZlCmd::NODE || type == ZlCmd::CES_NODE) {
+        nodes.emplace(arg);
+    }
     if (!procesTokenAsType()) {
         return false;
     }
@@ -179,9 +193,9 @@ bool ZlOption::checkArgType(std::string& arg)
     case ZlCmd::TOKEN:
         return verifyToken(arg);
     case ZlCmd::NODE:
-        return resolveNodes(arg, emptyStrg);
+        return takeNodes(arg, *nodes, emptyStrg);
     case ZlCmd::CES_NODE:
-        return resolveNodes(arg, CES_ROLE);
+        return takeNodes(arg, *nodes, CES_ROLE);
     case ZlCmd::EXCLUSIV_CHAR:
         return verifyExclusiveChar(arg);
     case ZlCmd::TICKET_NUMBER:
@@ -196,7 +210,7 @@ bool ZlOption::checkArgType(std::string& arg)
     return true;
 }
 
-bool ZlOption::verifyToken(std::string value) const
+const bool ZlOption::verifyToken(std::string value) const
 {
     ZL_TRACE();
     std::string alternatives = token;
@@ -208,11 +222,13 @@ bool ZlOption::verifyToken(std::string value) const
     return std::find(list.begin(), list.end(), value) != list.end();
 }
 
-bool ZlOption::verifyExclusiveChar(std::string& arg) const
+const bool ZlOption::verifyExclusiveChar(std::string& arg) const
 {
     ZL_TRACE();
     return _verifyExclusiveChar(token, arg);
 }
+
+#pragma GCC diagnostic pop
 
 bool ZlOption::procesTokenAsType()
 {

@@ -13,7 +13,7 @@ class ZlErrorService;
 class ZlOption {
 public:
     ZlOption(ZlCli* cli, const std::string& name, ZlCmd::valueType type, bool required,
-             const std::string& token, ZlCmd::Function cmdFunc, nodeLevel_t level);
+             const std::string& token, int (*cmdFunc)(), nodeLevel_t level);
 
     // Rewrites these four fields; validation makes a search key so.
     void operator()(const std::string& name, ZlCmd::valueType type, bool required, const std::string& token);
@@ -32,17 +32,21 @@ public:
     std::string toStrg() const;
 
     // By name: a name is unique within a command.
-    bool operator<(const ZlOption& other) const { return name < other.name; }
+    bool operator<(const ZlOption& other) const;
 
+// The `const` of these results says nothing, but it stands in the trace.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wignored-qualifiers"
     // Tells whether the value fits the type. Rewrites node definitions to the names that they resolve to,
     // and may change the option's own type: call it on a copy.
-    bool checkArgType(std::string& arg);
+    const bool checkArgType(std::string& arg);
 
     // True when the token, in any case, is one of the list "A | B".
-    bool verifyToken(std::string token) const;
+    const bool verifyToken(std::string token) const;
 
     // True when the value holds no character of the token text.
-    bool verifyExclusiveChar(std::string& arg) const;
+    const bool verifyExclusiveChar(std::string& arg) const;
+#pragma GCC diagnostic pop
 
     // Turns a TOKEN_AS_TYPE with the token INT, DECIMAL or ALPHA into that type. False for a list of words.
     bool procesTokenAsType();

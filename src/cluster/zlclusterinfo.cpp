@@ -298,8 +298,8 @@ const std::string& ZlClusterInfo::getManagerNode()
     std::vector<std::string> reply;
     const int code = _executeCMD("/opt/zelf/bin/zelfmgr -c 2>&1", &reply);
     if (code != 0) {
-        errorServiceP->pushNewMsg("ZlClusterInfo::getManagerNode: list nodes manager rc = " + toString(code) +
-                                  "    response: " + containerToString(reply, emptyStrg));
+        errorServiceP->pushNewMsg("ZlClusterInfo::getManagerNode: list nodes manager rc = " + toString(code));
+        errorServiceP->pushNewMsg("    response: " + containerToString(reply, emptyStrg));
         return emptyStrg;
     }
     if (reply.empty()) {

@@ -3,9 +3,10 @@
 #include "cluster/zlclusterinfo.h"
 #include "services/zlerrorservice.h"
 
-ZlNodesDefinition::ZlNodesDefinition(const std::string& text) : clusterInfoP(ZlClusterInfo::getInstance())
+ZlNodesDefinition::ZlNodesDefinition(const std::string& text) : clusterInfoP(nullptr)
 {
     ZL_TRACE();
+    clusterInfoP = ZlClusterInfo::getInstance();
     ZlClusterInfo::saveNodeDefinition(text.c_str(), &definition);
     ZlClusterInfo::extractNodes(&definition, &resolved, &unresolved);
 }

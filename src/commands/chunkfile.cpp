@@ -1,10 +1,12 @@
 #include "commands/chunkfile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/sendfile.h>
 #include <unistd.h>
+#include <vector>
 
 #include "services/zlerrorservice.h"
 
@@ -13,6 +15,36 @@ namespace {
 void traceError(const std::string& what)
 {
     ZlErrorService::errorServiceP->pushNewMsg(what + ": " + std::strerror(errno));
+}
+
+// Copies what the source has from `begin` to `end`. False, with errno, when the system refuses a step.
+bool copyBytes(int source, off_t begin, off_t end, int target)
+{
+    // The system copies; the bytes never come to this process (sendfile(2)).
+    ssize_t copied = 1;
+    while (begin < end && copied > 0) {
+        copied = sendfile(target, source, &begin, static_cast<size_t>(end - begin));
+    }
+    if (copied >= 0 || errno != EINVAL) {
+        return copied >= 0;
+    }
+    // A file system that knows no such copy.
+    std::vector<char> piece(64 * 1024);
+    for (;;) {
+        const size_t wanted = std::min(piece.size(), static_cast<size_t>(end - begin));
+        const ssize_t got = pread(source, piece.data(), wanted, begin);
+        if (got <= 0) {
+            return got == 0;
+        }
+        for (ssize_t written = 0; written < got;) {
+            copied = write(target, piece.data() + written, static_cast<size_t>(got - written));
+            if (copied < 0) {
+                return false;
+            }
+            written += copied;
+        }
+        begin += got;
+    }
 }
 
 } // namespace
@@ -43,17 +75,8 @@ void ChunkSource::cut(int64_t offset, int64_t length, const std::string& chunkPa
         traceError("Could not create " + chunkPath);
         return;
     }
-    // The system copies; the bytes never come to this process (sendfile(2)).
-    off_t from = offset;
-    while (from < offset + length) {
-        const ssize_t copied =
-            sendfile(chunk, descriptor, &from, static_cast<size_t>(offset + length - from));
-        if (copied < 0) {
-            traceError("Could not fill " + chunkPath);
-        }
-        if (copied <= 0) {
-            break;
-        }
+    if (!copyBytes(descriptor, offset, offset + length, chunk)) {
+        traceError("Could not fill " + chunkPath);
     }
     close(chunk);
 }

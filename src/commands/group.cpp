@@ -130,15 +130,16 @@ int groupList(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
         const std::string& name = toName(node);
         return name.empty() ? "------" : name;
     };
-    showList(tableOfSections(
-        {"callHomeGroup", "callHomeNode", "callHomeChildNodes"},
-        [&](const auto& name, const auto& section, auto& rows) {
-            if (name == ZlCallhome::GLOBAL_LABEL) {
-                return;
-            }
-            std::vector<std::string> childs = split(cell(section, "callhomeChildNodes"), ",");
-            std::transform(childs.begin(), childs.end(), childs.begin(), shownName);
-            rows.push_back({name, shownName(cell(section, "callhomeNode")), containerToString(childs, ",")});
-        }));
+    showList(tableOfSections({"callHomeGroup", "callHomeNode", "callHomeChildNodes"},
+                             [&](const auto& name, const auto& section, auto& rows) {
+                                 if (name == ZlCallhome::GLOBAL_LABEL) {
+                                     return;
+                                 }
+                                 const std::string server = shownName(cell(section, "callhomeNode"));
+                                 std::vector<std::string> childs =
+                                     split(cell(section, "callhomeChildNodes"), ",");
+                                 std::transform(childs.begin(), childs.end(), childs.begin(), shownName);
+                                 rows.push_back({name, server, containerToString(childs, ",")});
+                             }));
     return 0;
 }

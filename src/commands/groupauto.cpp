@@ -69,18 +69,14 @@ void screenNodes()
     file.writeFile();
 }
 
-// Gives the commands as quoted, encoded words for the remote side.
-std::vector<std::string> encodedCommands(const std::set<std::vector<std::string>>& commands)
+// Gives a command as one quoted, encoded word for the remote side.
+std::string encodedCommand(const std::vector<std::string>& words)
 {
-    std::vector<std::string> encoded;
-    for (const auto& words : commands) {
-        std::vector<std::string> encodedWords(words.size());
-        for (size_t i = 0; i < words.size(); ++i) {
-            chServiceP->fullEncode(encodedWords[i], words[i]);
-        }
-        encoded.push_back("'\"" + containerToString(encodedWords, " ") + "\"'");
+    std::vector<std::string> encoded(words.size());
+    for (size_t i = 0; i < words.size(); ++i) {
+        chServiceP->fullEncode(encoded[i], words[i]);
     }
-    return encoded;
+    return "'\"" + containerToString(encoded, " ") + "\"'";
 }
 
 // Replays the global settings on the servers that were none before. Gives 0, or 1 when there is nothing to do
@@ -103,11 +99,12 @@ int deployGlobalSettings(const std::set<std::string>& existingServers)
     if (!chServiceP->programName.empty()) {
         std::cout << chServiceP->programName << ": [I] deploy configuration." << std::endl;
     }
-    std::vector<std::string> relevant;
-    std::copy_if(servers.begin(), servers.end(), std::back_inserter(relevant), [&](const auto& server) {
-        return existingServers.count(ZlClusterInfo::toAdminLongName(server)) == 0;
-    });
-    for (const std::string& command : encodedCommands(commands)) {
+    for (const std::vector<std::string>& words : commands) {
+        const std::string command = encodedCommand(words);
+        std::vector<std::string> relevant;
+        std::copy_if(servers.begin(), servers.end(), std::back_inserter(relevant), [&](const auto& server) {
+            return existingServers.count(ZlClusterInfo::toAdminLongName(server)) == 0;
+        });
         trace("Existed callhome nodes:" + toString(existingServers, ", "));
         trace("Relevant nodes:" + containerToString(relevant, ", "));
         if (executeOnNodes(relevant, "execzelfhome_2 " + command).exitCode != 0) {

@@ -18,7 +18,7 @@ constexpr int CCR_LOCAL_COPY_IS_GOOD = 155;
 } // namespace
 
 ZlCcrService::ZlCcrService(const std::string& name, const std::string& directory)
-    : ZlCcrService(name, directory, name)
+    : ccrFileName(name), localFile(std::make_unique<ZlFileIO>(directory + "/" + name))
 {
     ZL_TRACE();
 }
