@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include "cluster/zlmemberlines.h"
 #include "services/executecmd.h"
@@ -92,6 +93,7 @@ ZlClusterInfo::NameSet* ZlClusterInfo::getBadNodesDefinition()
 
 int ZlClusterInfo::readNodes()
 {
+    ZL_TRACE();
     auto lines = std::make_unique<ZlMemberLines>(CLUSTER_FILE);
     const int result = lines->read();
     if (result == 0) {
@@ -200,11 +202,12 @@ ZlClusterInfo::NodeSet::iterator ZlClusterInfo::findByIndex(const std::string& n
 {
     const auto entry = nameIndexP->find(name);
     const auto byName = entry == nameIndexP->end() ? nodesP->end() : entry->second;
-    if (isInt(name) == 0) {
+    const std::optional<int32_t> number = ZlClusterNode::asNumber(name);
+    if (!number) {
         return byName;
     }
     // A text may be the name of one node and the number of another: the walk meets the smaller number first.
-    const auto byNumber = nodesP->find(static_cast<int32_t>(std::strtol(name.c_str(), nullptr, 10)));
+    const auto byNumber = nodesP->find(*number);
     if (byName == nodesP->end() || byNumber == nodesP->end()) {
         return byName == nodesP->end() ? byNumber : byName;
     }

@@ -64,6 +64,13 @@ ZlClusterNode::ZlClusterNode(const std::vector<std::string_view>& memberFields)
 {
 }
 
+std::optional<int32_t> ZlClusterNode::asNumber(const std::string& name)
+{
+    int32_t number = 0;
+    std::from_chars(name.data(), name.data() + name.size(), number);
+    return toString(number) == name ? std::optional(number) : std::nullopt;
+}
+
 std::optional<int32_t> ZlClusterNode::numberIn(std::string_view memberLine)
 {
     if (count(memberLine, ':') < FIELD_RELEASE) {

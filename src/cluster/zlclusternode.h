@@ -24,6 +24,10 @@ public:
     // Gives the number of the node of a member line; nothing for a line that is too short to make one.
     static std::optional<int32_t> numberIn(std::string_view memberLine);
 
+    // Gives the number that a name is in its own form: "5", and neither "05" nor "+5". Leaves errno alone,
+    // which later writes depend on.
+    static std::optional<int32_t> asNumber(const std::string& name);
+
     ZlClusterNode(const ZlClusterNode&) = default;
 
     // Takes every field but otherNodeRoles, and gives a copy of the result.

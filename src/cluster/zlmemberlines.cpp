@@ -1,7 +1,6 @@
 #include "cluster/zlmemberlines.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <functional>
 #include <iterator>
 #include <optional>
@@ -78,12 +77,11 @@ ZlNodeSet::iterator ZlMemberLines::find(const std::string& name, ZlNodeSet* node
     }
     // The name may be a number; then a node of a smaller one that has it for a name still goes before.
     auto end = lines.end();
-    if (isInt(name) != 0) {
-        const auto number = static_cast<int32_t>(std::strtol(name.c_str(), nullptr, 10));
+    if (const std::optional<int32_t> number = ZlClusterNode::asNumber(name)) {
         const auto place =
-            std::lower_bound(lines.begin(), lines.end(), number,
+            std::lower_bound(lines.begin(), lines.end(), *number,
                              [](const Line& line, int32_t value) { return line.number < value; });
-        end = place != lines.end() && place->number == number ? place : end;
+        end = place != lines.end() && place->number == *number ? place : end;
     }
     // No name is the first field or the last.
     const std::string field = ":" + name + ":";

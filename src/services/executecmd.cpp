@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <iostream>
+#include <optional>
 
 #include "services/heldsignal.h"
 #include "services/zlerrorservice.h"
@@ -23,9 +24,13 @@ int _executeCMD(const std::string& command, std::vector<std::string>* lines)
         return 1;
     }
 
-    // The end of the command raises SIGCHLD, whose handler traces: it waits until pclose() is through. The
-    // command itself has started with the former mask.
-    HeldSignal commandEnd(SIGCHLD);
+    // The end of the command raises SIGCHLD, whose handler traces: from here on it waits until pclose() is
+    // through. The command itself has started with the former mask. The parent of a daemon does not wait:
+    // when the daemon ends, it has ten seconds, and not as long as a command may hang.
+    std::optional<HeldSignal> commandEnd;
+    if ((ZlErrorService::controlFlags & ZlErrorService::CHILD_IS_DAEMON) == 0) {
+        commandEnd.emplace(SIGCHLD);
+    }
 
     std::array<char, 8196> buffer{};
     std::string response;
@@ -45,7 +50,7 @@ int _executeCMD(const std::string& command, std::vector<std::string>* lines)
     }
 
     const int code = (pclose(pipe) >> 8) & 0xff;
-    commandEnd.release();
+    commandEnd.reset();
     duration.stop();
     errorServiceP->pushNewMsg("_executeCMD done with rc = " + toString(code) + " duration " +
                               duration.getTimeStr());

@@ -1,8 +1,8 @@
 // A signal that waits as long as this object lives.
 //
 // The signal handlers of this tool trace, and so allocate. One that comes in the midst of an allocation finds
-// the heap half changed. Where a signal is sure to come, the end of a command or of a child, it is held until
-// a point at which it can do no harm.
+// the heap half changed. Where a signal is sure to come, at the end of a command or of a child, it is held
+// over the long stretch in which it is likely, until a point at which it can do no harm.
 #pragma once
 
 #include <csignal>

@@ -1,10 +1,13 @@
 #include "services/zelfnls.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <clocale>
 #include <cstdarg>
 #include <cstdio>
+#include <iostream>
 #include <langinfo.h>
+#include <string>
 
 #include "services/heldsignal.h"
 #include "services/zelferrno.h"
@@ -56,10 +59,17 @@ const char* CatGets(int set, int number, const char* text)
 
 void printCatMessage(int number, const char* text, ...)
 {
+    const char* const format = CatGets(ZELFHOME_SET, number, text);
     va_list values;
     va_start(values, text);
-    std::vfprintf(stderr, CatGets(ZELFHOME_SET, number, text), values);
+    va_list again;
+    va_copy(again, values);
+    std::string message(static_cast<size_t>(std::max(std::vsnprintf(nullptr, 0, format, values), 0)), '\0');
+    std::vsnprintf(message.data(), message.size() + 1, format, again);
+    va_end(again);
     va_end(values);
+    // Not stdio: a task's own error file takes the place of this stream.
+    std::cerr << message;
 }
 
 const char* new_nl_langinfo(int item)

@@ -17,17 +17,18 @@ constexpr int CCR_LOCAL_COPY_IS_GOOD = 155;
 
 } // namespace
 
-ZlCcrService::ZlCcrService(const std::string& name, const std::string& directory)
-    : ccrFileName(name), localFile(std::make_unique<ZlFileIO>(directory + "/" + name))
+ZlCcrService::ZlCcrService(const std::string& name, const std::string& directory) : ccrFileName(name)
 {
     ZL_TRACE();
+    localFile = std::make_unique<ZlFileIO>(directory + "/" + name);
 }
 
 ZlCcrService::ZlCcrService(const std::string& name, const std::string& directory,
                            const std::string& localName)
-    : ccrFileName(name), localFile(std::make_unique<ZlFileIO>(directory + "/" + localName))
+    : ccrFileName(name)
 {
     ZL_TRACE();
+    localFile = std::make_unique<ZlFileIO>(directory + "/" + localName);
 }
 
 ZlCcrService::~ZlCcrService()

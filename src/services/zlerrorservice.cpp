@@ -94,7 +94,7 @@ void ZlErrorService::writeTrace()
 {
     ZL_TRACE();
     if (logFileName.empty()) {
-        logFileName = "zlCliLog.log";
+        logFileName = DEFAULT_LOG;
     }
     const std::string endTime = ZlTime::TimestampISO8601();
 

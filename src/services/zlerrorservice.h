@@ -54,7 +54,7 @@ public:
 
     std::string getLogFileName();
 
-    // Names the log file: `name` and ".log". Without it the files are named after "zlCliLog.log".
+    // Names the log file: `name` and ".log". Without it they are named after DEFAULT_LOG.
     void setLogFileName(const std::string& name);
 
     // --- signals (zlsignals.cpp) -----------------------------------------------------------------------
@@ -103,6 +103,8 @@ private:
     static std::string& logFileName;
     static const std::string& logFilePath;
     static std::string& startTime;
+    // Of a run that ends before it has named its log.
+    static constexpr const char* DEFAULT_LOG = "zlCliLog.log";
     // Limit of the log file, in bytes, before a section is appended.
     static constexpr uint32_t maxSizeLogfile = 100000;
 };

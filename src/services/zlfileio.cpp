@@ -247,14 +247,14 @@ int ZlFileIO::getData(std::vector<std::string>* lines)
 {
     ZL_TRACE();
     return lines == nullptr ? refuseNull()
-                            : forEachLine([lines](std::string_view line) { lines->emplace_back(line); });
+                            : visitLines([lines](std::string_view line) { lines->emplace_back(line); });
 }
 
 int ZlFileIO::getData(std::vector<std::string_view>* lines)
 {
     ZL_TRACE();
     return lines == nullptr ? refuseNull()
-                            : forEachLine([lines](std::string_view line) { lines->push_back(line); });
+                            : visitLines([lines](std::string_view line) { lines->push_back(line); });
 }
 
 int ZlFileIO::getData(std::set<std::string>* lines)
@@ -263,7 +263,7 @@ int ZlFileIO::getData(std::set<std::string>* lines)
     // Most of the cluster's files are sorted already, so the end is a good guess for the place.
     return lines == nullptr
                ? refuseNull()
-               : forEachLine([lines](std::string_view line) { lines->emplace_hint(lines->end(), line); });
+               : visitLines([lines](std::string_view line) { lines->emplace_hint(lines->end(), line); });
 }
 
 int ZlFileIO::refuseNull()
@@ -272,7 +272,13 @@ int ZlFileIO::refuseNull()
     return 1;
 }
 
-int ZlFileIO::forEachLine(const std::function<void(std::string_view)>& add)
+int ZlFileIO::forEachLine(const std::function<void(std::string_view)>& visit)
+{
+    ZL_TRACE();
+    return visitLines(visit);
+}
+
+int ZlFileIO::visitLines(const std::function<void(std::string_view)>& visit)
 {
     if (buffer.empty()) {
         errorServiceP->pushNewMsg("ZlFileIO::getData: No data available.");
@@ -281,7 +287,7 @@ int ZlFileIO::forEachLine(const std::function<void(std::string_view)>& add)
     std::string_view rest(buffer.data(), buffer.size());
     while (!rest.empty()) {
         const size_t end = std::min(rest.find('\n'), rest.size());
-        add(rest.substr(0, end));
+        visit(rest.substr(0, end));
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return 0;

@@ -67,13 +67,14 @@ public:
     int getData(std::vector<std::string_view>* lines);
     int getData(std::set<std::string>* lines);
 
-    // Hands the same lines to `add`, as views that are good until the buffer changes. 2: empty buffer.
-    int forEachLine(const std::function<void(std::string_view)>& add);
+    // Hands the same lines to `visit`, as views that are good until the buffer changes. 2: empty buffer.
+    int forEachLine(const std::function<void(std::string_view)>& visit);
 
     static ZlErrorService* errorServiceP;
 
 private:
     int refuseNull();
+    int visitLines(const std::function<void(std::string_view)>& visit);
 
     std::vector<char> buffer;
     struct stat fileStat {};

@@ -95,7 +95,8 @@ void ZlErrorService::dumpDebugTrace()
     tm local{};
     localtime_r(&now, &local);
     std::strftime(stamp.data(), stamp.size(), "%Y-%m-%d.%H:%S", &local);
-    std::ofstream(logFilePath + "debug" + logFileName, std::ios::binary | std::ios::trunc)
+    std::ofstream(logFilePath + "debug" + (logFileName.empty() ? DEFAULT_LOG : logFileName),
+                  std::ios::binary | std::ios::trunc)
         << "Debug Trace start at: " << startTime << "\n"
         << debugTrace << "Debug Trace end at: " << stamp.data() << "\n";
 }

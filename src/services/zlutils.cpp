@@ -108,8 +108,8 @@ void toUpper(std::string& text)
 
 int replaceAllSubstrg(std::string& text, const std::string& from, const std::string& to)
 {
-    if (from.empty()) {
-        return 0;
+    if (from.empty() && to.empty()) {
+        return 0; // for ever
     }
     // The length on entry stays the bound even when the text grows or shrinks under it.
     const size_t bound = text.size();

@@ -29,7 +29,7 @@ void toLower(std::string& text);
 void toUpper(std::string& text);
 
 // Replaces each `from` that begins within the length that `text` had on entry. Gives the number of
-// replacements; an empty `from` is in no text.
+// replacements. An empty `from` is everywhere; with an empty `to` nothing happens then.
 int replaceAllSubstrg(std::string& text, const std::string& from, const std::string& to);
 
 // Cuts `line` at its first byte out of `delimiters` and trims both halves. 2: no delimiter, nothing changed.
