@@ -88,6 +88,6 @@ std::map<std::string, std::string>* ZlClusterInfo::zelfcfgMapP = new std::map<st
 ZlErrorService* ZlClusterInfo::errorServiceP = ZlErrorService::getInstance();
 int32_t ZlClusterInfo::controlState = 1;
 ZlMemberLines* ZlClusterInfo::memberLinesP = nullptr;
-std::unordered_map<std::string_view, ZlClusterInfo::NodeSet::iterator>* ZlClusterInfo::nameIndexP = nullptr;
+ZlClusterInfo::NameIndex* ZlClusterInfo::nameIndexP = nullptr;
 // Reads the cluster definition; the process ends here when it cannot.
 ZlClusterInfo* ZlClusterInfo::instanceP = new ZlClusterInfo;

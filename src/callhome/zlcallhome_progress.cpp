@@ -5,12 +5,11 @@
 #include "callhome/zlcallhome.h"
 
 #include <array>
-#include <bit>
-#include <functional>
 #include <string_view>
 
 #include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
+#include "services/zltextindex.h"
 
 namespace {
 
@@ -52,40 +51,6 @@ std::string_view endOfPackageName(std::string_view name)
     return name.substr(name.find("gat_") - 7);
 }
 
-// A set of texts that stay where they are. Its table is small enough for the caches: with 100,000 runs,
-// looking in nodes all over the memory would cost as much as the rest of the reading.
-class TextSet {
-public:
-    // Has place for `count` texts.
-    explicit TextSet(size_t count) : slots(std::bit_ceil(2 * count + 1)) {}
-
-    // False when the text was there.
-    bool insert(std::string_view text)
-    {
-        const size_t hash = std::hash<std::string_view>()(text);
-        const auto tag = static_cast<uint32_t>(hash >> 32);
-        for (size_t place = hash;; ++place) {
-            Slot& slot = slots[place & (slots.size() - 1)];
-            if (slot.number == 0) {
-                texts.push_back(text);
-                slot = {tag, static_cast<uint32_t>(texts.size())};
-                return true;
-            }
-            if (slot.tag == tag && texts[slot.number - 1] == text) {
-                return false;
-            }
-        }
-    }
-
-private:
-    struct Slot {
-        uint32_t tag;    // of the text's hash
-        uint32_t number; // of the text, counted from 1; 0 in a free slot
-    };
-    std::vector<Slot> slots;
-    std::vector<std::string_view> texts;
-};
-
 } // namespace
 
 int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vector<std::string>>& rows) const
@@ -101,7 +66,7 @@ int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vecto
     const bool isMachineReadable = getMachineReadableOutput();
 
     std::vector<std::vector<std::string>> newestFirst;
-    TextSet startTimes(lines.size());
+    ZlTextIndex startTimes(lines.size());
     Fields fields;
     for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
         if (!cutRecord(*line, fields)) {
@@ -111,7 +76,7 @@ int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vecto
             continue;
         }
         // The newest line of a run is met first, and stands for the run.
-        if (!startTimes.insert(fields[PROGRESS_START_TIME])) {
+        if (!startTimes.insert(fields[PROGRESS_START_TIME]).second) {
             continue;
         }
         std::vector<std::string>& row = newestFirst.emplace_back();

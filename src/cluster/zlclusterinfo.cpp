@@ -11,6 +11,7 @@
 #include "services/zlccrservice.h"
 #include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
+#include "services/zltextindex.h"
 #include "services/zlutils.h"
 
 namespace {
@@ -41,6 +42,12 @@ ZlClusterInfo::ZlClusterInfo()
         std::exit(1);
     }
 }
+
+// The names of all nodes.
+struct ZlClusterInfo::NameIndex {
+    ZlTextIndex texts;
+    std::vector<NodeSet::iterator> nodeOf; // by the number of the text
+};
 
 ZlClusterInfo::~ZlClusterInfo()
 {
@@ -174,11 +181,13 @@ ZlClusterInfo::NodeSet::iterator ZlClusterInfo::findNode(const std::string& name
 void ZlClusterInfo::makeNameIndex()
 {
     makeAllNodes();
-    nameIndexP = new std::unordered_map<std::string_view, NodeSet::iterator>;
-    nameIndexP->reserve(nodesP->size() * 3);
+    nameIndexP = new NameIndex{ZlTextIndex(nodesP->size() * std::tuple_size_v<ZlClusterNode::Names>), {}};
     for (auto node = nodesP->begin(); node != nodesP->end(); ++node) {
         for (const std::string_view text : node->names()) {
-            nameIndexP->try_emplace(text, node);
+            // The first node of a name has it.
+            if (nameIndexP->texts.insert(text).second) {
+                nameIndexP->nodeOf.push_back(node);
+            }
         }
     }
 }
@@ -200,8 +209,8 @@ void ZlClusterInfo::makeAllNodes()
 
 ZlClusterInfo::NodeSet::iterator ZlClusterInfo::findByIndex(const std::string& name)
 {
-    const auto entry = nameIndexP->find(name);
-    const auto byName = entry == nameIndexP->end() ? nodesP->end() : entry->second;
+    const size_t text = nameIndexP->texts.find(name);
+    const auto byName = text == ZlTextIndex::NONE ? nodesP->end() : nameIndexP->nodeOf[text];
     const std::optional<int32_t> number = ZlClusterNode::asNumber(name);
     if (!number) {
         return byName;

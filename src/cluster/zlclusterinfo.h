@@ -14,7 +14,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "cluster/nodelevel.h"
@@ -132,6 +131,8 @@ public:
     static ZlClusterInfo* instanceP;
 
 private:
+    struct NameIndex;
+
     static NodeSet::iterator askHostTool(const std::string& name);
     static NodeSet::iterator findByIndex(const std::string& name);
     static void makeAllNodes();
@@ -140,5 +141,5 @@ private:
 
     // The nodes of the file; null when all have been made.
     static ZlMemberLines* memberLinesP;
-    static std::unordered_map<std::string_view, NodeSet::iterator>* nameIndexP;
+    static NameIndex* nameIndexP;
 };

@@ -259,7 +259,7 @@ bool ZlClusterNode::isNamed(std::string_view name) const
            name == adminLongName || name == daemonIP || name == toString(number);
 }
 
-std::array<std::string_view, 5> ZlClusterNode::names() const
+ZlClusterNode::Names ZlClusterNode::names() const
 {
     return {daemonShortName, daemonLongName, adminShortName, adminLongName, daemonIP};
 }

@@ -69,7 +69,8 @@ public:
     bool isNamed(std::string_view name) const;
 
     // The texts that name this node, besides its number. They live as long as the node.
-    std::array<std::string_view, 5> names() const;
+    using Names = std::array<std::string_view, 5>;
+    Names names() const;
 
     // The order of the node set: by number, without a trace line for each of its many comparisons.
     struct ByNumber {
