@@ -10,7 +10,7 @@ namespace {
 // and how far back it began. Numbers have 7 bits in a byte, the lowest first. The last step has no
 // repetition.
 
-// Shorter ones cost as much as they save.
+// In bytes: as many as are hashed.
 constexpr size_t SHORTEST_REPETITION = 8;
 
 void putNumber(std::string& out, size_t number)
@@ -40,9 +40,20 @@ void putPlainBytes(std::string& out, std::string_view bytes)
     out.append(bytes);
 }
 
+uint64_t eightBytes(const char* bytes)
+{
+    uint64_t value = 0;
+    std::memcpy(&value, bytes, sizeof value);
+    return value;
+}
+
+// `a` is not shorter than `b`.
 size_t commonLength(std::string_view a, std::string_view b)
 {
     size_t length = 0;
+    while (length + 8 <= b.size() && eightBytes(a.data() + length) == eightBytes(b.data() + length)) {
+        length += 8;
+    }
     while (length < b.size() && a[length] == b[length]) {
         ++length;
     }
@@ -56,10 +67,7 @@ public:
     // one.
     uint32_t exchange(std::string_view text, size_t place)
     {
-        uint64_t begin = 0;
-        static_assert(sizeof begin == SHORTEST_REPETITION);
-        std::memcpy(&begin, text.data() + place, sizeof begin);
-        uint32_t& last = lastPlace[begin * 0x9E3779B97F4A7C15U >> (64 - BITS)];
+        uint32_t& last = lastPlace[eightBytes(text.data() + place) * 0x9E3779B97F4A7C15U >> (64 - BITS)];
         const uint32_t found = last;
         last = static_cast<uint32_t>(place);
         return found;
