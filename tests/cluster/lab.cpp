@@ -1,6 +1,5 @@
 #include "lab.h"
 
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -14,13 +13,6 @@ namespace {
 std::string labFolder()
 {
     return "/tmp/zelfhome-test-lab." + std::to_string(getpid());
-}
-
-std::string readAll(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
 }
 
 class LabEnvironment : public testing::Environment {
@@ -56,12 +48,13 @@ Outcome runShell(const std::string& command)
     if (pipe == nullptr) {
         return outcome;
     }
-    std::array<char, 4096> buffer{};
-    for (size_t got = 0; (got = fread(buffer.data(), 1, buffer.size(), pipe)) > 0;) {
-        outcome.out.append(buffer.data(), got);
+    for (int byte = 0; (byte = std::getc(pipe)) != EOF;) {
+        outcome.out += static_cast<char>(byte);
     }
     outcome.status = WEXITSTATUS(pclose(pipe));
-    outcome.err = readAll(errFile);
+    std::ostringstream err;
+    err << std::ifstream(errFile).rdbuf();
+    outcome.err = err.str();
     unlink(errFile.c_str());
     return outcome;
 }
@@ -76,28 +69,6 @@ Outcome onNode(const std::string& node, const std::string& command)
     return lab("exec " + node + " bash -c " + quoted(command));
 }
 
-void seed(const std::string& text)
-{
-    const Outcome done =
-        runShell("printf %s " + quoted(text) + " | " ZELFHOME_SOURCE_DIR "/lab/zelflab seed /dev/stdin");
-    ASSERT_EQ(done.status, 0) << done.err;
-}
-
-std::string oneGroup(const std::string& masterReleaseVersion)
-{
-    return "<callhomeTopology>\n"
-           "    <callhomeGroup>\n"
-           "        callhomeChildNodes = node1.zelf.test,node2.zelf.test\n"
-           "        callhomeNode = node1.zelf.test\n"
-           "        enabled = true\n"
-           "        masterReleaseVersion = " +
-           masterReleaseVersion +
-           "\n"
-           "        name = west\n"
-           "    </callhomeGroup>\n"
-           "</callhomeTopology>\n";
-}
-
 std::string quoted(const std::string& text)
 {
     std::string word = "'";
@@ -105,4 +76,9 @@ std::string quoted(const std::string& text)
         word += byte == '\'' ? "'\\''" : std::string(1, byte);
     }
     return word + "'";
+}
+
+std::string until(const std::string& command)
+{
+    return "for i in $(seq 1500); do { " + command + "; } && break; sleep 0.01; done; ";
 }

@@ -18,11 +18,8 @@ Outcome lab(const std::string& arguments);
 // Runs a shell command on a node of the lab.
 Outcome onNode(const std::string& node, const std::string& command);
 
-// Makes `text` the cluster's call-home configuration.
-void seed(const std::string& text);
-
-// Gives a configuration with one group: node1 the server, node1 and node2 the children.
-std::string oneGroup(const std::string& masterReleaseVersion);
-
 // Gives the text as one word of the shell.
 std::string quoted(const std::string& text);
+
+// Gives a piece of shell that waits, some fifteen seconds at most, for a command to succeed.
+std::string until(const std::string& command);

@@ -1,7 +1,7 @@
 // tasktool MODE NAME ID [ACTION...]: a command that declares a lock, which no verb of zelfhome does. The
-// cluster tests and the soak run it on the lab's nodes.
+// cluster tests run it on the lab's nodes.
 //
-// MODE is "here", "node" or "cluster", NAME the task's name. The task takes its actions in order:
+// MODE is "node" or "cluster", NAME the task's name. The task takes its actions in order:
 //   out=TEXT  err=TEXT   print a line
 //   note=FILE            add the local node's name and the process id to a file
 //   sleep=SECONDS        sleep
@@ -27,17 +27,13 @@ public:
     TaskCli(int argc, char** argv) : ZlCli(argc, argv, emptyStrg, emptyStrg, emptyStrg)
     {
         parseCmdLine(argc, argv);
-        const auto usage = [] {
-            return std::string("usage: tasktool here|node|cluster NAME ID [ACTION...]\n");
-        };
         ZlCmd command(this, emptyStrg, emptyStrg, emptyStrg, nullptr, nullptr, 0);
-        command(subject, verb, work, +usage, 0);
+        command(subject, verb, work, nullptr, 0);
         command("ID", ZlCmd::INT, true, emptyStrg, nullptr, 0);
         command("ACTION", ZlCmd::ANY_INFINITE, false, emptyStrg, nullptr, 0);
         command.setRemoteNodeHandling(ZlCmd::REMOTE_LOCAL_ONLY);
         command.setFunctionMode(subject == "cluster" ? ZlFunction::MODE_SINGLE_IN_CLUSTER
-                                : subject == "node"  ? ZlFunction::MODE_SINGLE_ON_NODE
-                                                     : ZlFunction::MODE_DEFAULT,
+                                                     : ZlFunction::MODE_SINGLE_ON_NODE,
                                 verb);
         command.validate(shellCmd, verb, cmdOptions);
     }
