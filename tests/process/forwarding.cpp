@@ -22,9 +22,8 @@ const std::tuple<std::string, std::string> FORWARDED[] = {
     // What the handlers would see mapped crosses as it was typed, but for the case of option names.
     {"status list --TASK DAILY -Y --numbers 5 -v",
      "status list %2D%2Dtask DAILY %2D%2Dnumbers 5 %2D%2Dverbose %2DY"},
-    {"status delete --startTime '2024-01-31 10:00'",
-     "status delete %2D%2Dstarttime 2024%2D01%2D31%2010%3A00"},
-    {"status del --starttimebefore \"a'b%c/d_e\"", "status del %2D%2Dstarttimebefore a%27b%25c%2Fd%5Fe"},
+    {"status del --starttimebefore '2024-01-31 a\\'b%c/d_e'",
+     "status del %2D%2Dstarttimebefore 2024%2D01%2D31%20a%27b%25c%2Fd%5Fe"},
     // These never cross, and do not keep the line here.
     {"status delete --all --dryrun -I -N node1", "status delete %2D%2Dall"},
 };
@@ -43,17 +42,15 @@ TEST_F(Installation, ForwardedCrossesAsTypedAndEncoded)
 }
 
 const std::tuple<const char*, std::string, std::string, bool> PLACES[] = {
-    {"no group", "status list", topology(""), false},
     {"outside", "status list -N node2", topology(group("g", "node2", "node2,node3", "4.2.3.7")), false},
     {"child, 4.2.3.6", "test connection", child("4.2.3.6"), false},
     {"child, 4.2.3.7", "test connection -a", child("4.2.3.7"), true},
     {"child, no version", "status list", child(""), false},
-    {"server, no child", "test connection", topology(group("g", "node1", "node2", "4.2.3.7")), false},
+    {"server", "test connection", topology(group("g", "node1", "node1,node2", "4.2.3.7")), false},
     {"two groups: the last by name", "test connection",
      topology(group("h", "node2", "node1", "4.2.3.7") + group("g", "node3", "node1", "4.2.3.6")), true},
     {"local command", "info list", child("4.2.3.7"), false},
     {"help", "status list -h", child("4.2.3.7"), false},
-    {"long name", "test connection", children("node2,,node1.zelf.test"), true},
     {"short name", "test connection", children("node1"), false},
     {"long name behind a blank", "test connection", children("node2, node1.zelf.test"), false},
 };
@@ -73,10 +70,8 @@ TEST_F(Installation, ForwardedOutputIsShownAtOnceAndAheadOfTheMessages)
     configure(child("4.2.3.7"));
     answer("zelfrun", "printf '%9000s\\nlast' x");
     EXPECT_EQ(runTool("test connection -N nosuch"),
-              (Result{0,
-                      std::string(8999, ' ') +
-                          "x\nlast\nAdditional messages:\nnosuch is not a valid node definition\n",
-                      ""}));
+              success(std::string(8999, ' ') +
+                      "x\nlast\nAdditional messages:\nnosuch is not a valid node definition\n"));
     // What has come is not lost when the tool is killed.
     answer("zelfrun", "echo there; sleep 0.3; kill -9 0");
     EXPECT_EQ(runTool("test connection"), (Result{-9, "there\n", ""}));
@@ -96,16 +91,12 @@ TEST_F(Installation, ForwardingToAServerThatIsNoNodeFails)
 TEST_F(Installation, ForwardedLinesReadLikeTypedOnes)
 {
     const std::pair<std::string, std::string> lines[] = {
-        {"info list %2DY", "info list -Y"},
-        {"inf%6F l%69st", "info list"},
-        {"info change %2D%2Dcustomer%2Dname O%27Neil%20%26%20Co",
-         "info change --customer-name \"O'Neil & Co\""},
-        {"info change %2D%2Demail a%40b%25 --customer-name %2d%2dX",
-         "info change --email a@b% --customer-name --X"},
+        {"inf%6F l%69st %2DY", "info list -Y"},
+        {"info change %2D%2Dcustomer%2Dname O%27Neil%20%26%20Co %2D%2Demail a%40b%25",
+         "info change --customer-name 'O\\'Neil & Co' --email a@b%"},
         {"group list %2DN", "group list -N"},
         // What is no digit ends the number, and a zero byte the word.
         {"info list %zzabc", "info list ''"},
-        {"nosu%63%68", "nosuch"},
     };
     for (const auto& [encoded, typed] : lines) {
         SetUp();
@@ -116,13 +107,4 @@ TEST_F(Installation, ForwardedLinesReadLikeTypedOnes)
         EXPECT_EQ(calls(), typedCalls) << encoded;
     }
     EXPECT_TRUE(endedByRangeError(runTool("info change --email %4 --fullDecode")));
-}
-
-TEST_F(Installation, ForwardedLinesStayOnTheServer)
-{
-    configure(topology(group("g", "node1", "node1,node2", "4.2.3.7")));
-    runTool("status delete %2D%2Dstarttime 2024%2D01%2D31%2010%3A00 --fullDecode");
-    EXPECT_EQ(logged("ZlCli::parseCmdLine: detected args: "),
-              Strings{"status delete --starttime 2024-01-31 10:00"});
-    EXPECT_EQ(logged("ZlCallhome::main local cmd: "), Strings{"status delete"});
 }

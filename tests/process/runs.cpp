@@ -23,10 +23,8 @@ const std::string HEADER =
     "zelfhome:statusList:HEADER:version:reserved:reserved:group:task:startTime:status:rc:"
     "dataID:originalFilename:packageFileName:\n";
 
-const Result NO_GROUP = {
-    1, "",
-    "Failed to obtain a valid call home node.\nA call home group for this node needs to be "
-    "defined using group command.\n"};
+const Result NO_GROUP = failed("Failed to obtain a valid call home node.\n"
+                               "A call home group for this node needs to be defined using group command.");
 
 } // namespace
 
@@ -34,38 +32,26 @@ TEST_F(Installation, AGatherRunNeedsAGroupAndTheCapabilityAndGoesToTheHelperProg
 {
     configure(topology(group("g", "node2", "node2,node3", "5.0")));
     EXPECT_EQ(runTool("run GatherSend --task DAILY"), NO_GROUP);
-    for (const char* value : {"false", "True", "unknown"}) {
+    for (const char* value : {"false", "True"}) {
         configure(member("5.0", value));
         EXPECT_EQ(runTool("run GatherSend --task DAILY"),
-                  (Result{1, "", "Please enable capability prior to running data collection\n"}));
+                  failed("Please enable capability prior to running data collection"));
     }
     answer("callhomeutils.pl", "echo gathered; exit 4");
-    for (const char* version : {"4.2.3.6", "5.0"}) { // whatever the server
-        configure(member(version));
-        EXPECT_EQ(runTool("run GatherSend --task WEEKLY"), (Result{4, "gathered\n", ""}));
-        EXPECT_EQ(calls().back(), "callhomeutils.pl run gatherSend -F weekly");
-    }
+    configure(member("5.0")); // whatever the server
+    EXPECT_EQ(runTool("run GatherSend --task WEEKLY"), (Result{4, "gathered\n", ""}));
+    EXPECT_EQ(calls().back(), "callhomeutils.pl run gatherSend -F weekly");
 }
 
-TEST_F(Installation, AHelperProgramThatFailsIsTheStatusOfTheRun)
+TEST_F(Installation, AHelperProgramThatVanishesIsMissedByTheNextRun)
 {
     configure(member());
-    const std::pair<const char*, Result> answers[] = {
-        {"echo half; echo trouble >&2; exit 9", {9, "half\n", "trouble\n"}},
-        {"exit 255", {255, "", ""}},
-    };
-    for (const auto& [script, expected] : answers) {
-        answer("callhomeutils.pl", script);
-        EXPECT_EQ(runTool("status list"), expected) << script;
-    }
-    answer("callhomeutils.pl", "kill -9 $$");
-    EXPECT_EQ(runTool("status list").status, 137) << "as its shell says";
-    answer("callhomeutils.pl", "rm /opt/zelf/bin/callhomeutils.pl");
-    EXPECT_EQ(runTool("status delete --all").status, 0);
+    answer("callhomeutils.pl", "rm /opt/zelf/bin/callhomeutils.pl; kill -9 $$");
+    EXPECT_EQ(runTool("status delete --all").status, 137) << "as its shell says";
     EXPECT_EQ(runTool("status list").err.substr(0, 18), "Missing component ");
 }
 
-TEST_F(Installation, StatusIsForMembersAndItsUsageForAll)
+TEST_F(Installation, StatusIsForMembers)
 {
     const Result refused =
         failed("This node is not a member of a callhome group. Cannot execute this command.",
@@ -76,7 +62,6 @@ TEST_F(Installation, StatusIsForMembersAndItsUsageForAll)
         configure(topology(groups));
         EXPECT_EQ(runTool("status list"), refused) << groups;
         EXPECT_EQ(runTool("status delete --all"), refused) << groups;
-        EXPECT_EQ(runTool("status list --help").err.substr(0, 6), "Usage:");
     }
 }
 
@@ -84,7 +69,6 @@ TEST_F(Installation, StatusHandsTheValidatedArgumentsToTheHelperProgram)
 {
     configure(member());
     const std::pair<const char*, const char*> cases[] = {
-        {"status list", "status list"},
         {"status list --task WEEKLY --numbers 3 --verbose", "status list --task weekly -n 3 -v"},
         {"status list -v --task SENDPMRDATA", "status list -v --task sendpmrdata"},
         {"status delete --starttime 5", "status delete --startTime 5"},
@@ -105,42 +89,40 @@ TEST_F(Installation, RecordsShowTheNewestLineOfEachRunAndTheNewestRunFirst)
     writeFile(PROGRESS + "sendfile", "one|field\n" + record("sendfile", "1", "S", "noslash.gat_x", "5") +
                                          "|||||||||||\n" + "|||||||||||x|\n");
     EXPECT_EQ(runTool("status list -Y --task DAILY --numbers 1"),
-              (Result{0,
-                      HEADER + "zelfhome:statusList:0:1:::g:daily:1:C:0:id:orig:callhome.1.gat_s.tar:\n"
+              success(HEADER + "zelfhome:statusList:0:1:::g:daily:1:C:0:id:orig:callhome.1.gat_s.tar:\n"
                                "zelfhome:statusList:0:1:::g:daily:2:B:0:id:orig:callhome.1.gat_s.tar:\n"
                                "zelfhome:statusList:0:1:::g::::::::\n"
-                               "zelfhome:statusList:0:1:::g:sendfile:1:S:5:id:orig:noslash.gat_x:\n",
-                      ""}));
+                               "zelfhome:statusList:0:1:::g:sendfile:1:S:5:id:orig:noslash.gat_x:\n"));
     EXPECT_EQ(logged("ZlCallhome::readProgressFile: Skipping a progress line because of a wrong format: "),
               (Strings{"|||||||||||x|", "one|field"}));
     EXPECT_EQ(calls(), startThen({})) << "records come from the files alone";
 
     writeFile(PROGRESS + "sendfile", "");
-    EXPECT_EQ(
-        runTool("status list --verbose --current").out,
-        "group   task    startTime   status   rc     dataID   originalFilename   packageFileName        \n"
-        "------- ------- ----------- -------- ------ -------- ------------------ ---------------------- \n"
-        "g       daily   1           C        RC=0   id       orig               callhome.1.gat_s.tar   \n"
-        "g       daily   2           B        RC=0   id       orig               callhome.1.gat_s.tar   \n");
-    // The short form begins seven bytes ahead of "gat_".
-    EXPECT_NE(runTool("status list --current").out.find("C        ...home.1.gat_s.tar   \n"),
-              std::string::npos);
+    EXPECT_EQ(runTool("status list --verbose --current"),
+              success("group   task    startTime   status   rc     dataID   originalFilename   "
+                      "packageFileName        \n"
+                      "------- ------- ----------- -------- ------ -------- ------------------ "
+                      "---------------------- \n"
+                      "g       daily   1           C        RC=0   id       orig               "
+                      "callhome.1.gat_s.tar   \n"
+                      "g       daily   2           B        RC=0   id       orig               "
+                      "callhome.1.gat_s.tar   \n"));
 }
 
 TEST_F(Installation, RecordsThatAreMissingEmptyOrOfAnotherMake)
 {
     configure(member());
-    const Result none = {1, "", "\nAdditional messages:\nNo progress for task found.\n"};
-    EXPECT_EQ(runTool("status list -Y"), none);
+    EXPECT_EQ(runTool("status list -Y"),
+              (Result{1, "", "\nAdditional messages:\nNo progress for task found.\n"}));
     writeFile(PROGRESS + "weekly", "");
-    EXPECT_EQ(runTool("status list -Y"), (Result{0, HEADER, ""}));
-    // No package of the gathering tools: the short name has no place to begin.
+    EXPECT_EQ(runTool("status list -Y"), success(HEADER));
+    // The short name begins seven bytes ahead of "gat_": other packages have no place for it.
     for (const char* package : {"/d/other.tar", "/d/123456gat_x"}) {
         writeFile(PROGRESS + "weekly", record("weekly", "1", "A", package));
         EXPECT_TRUE(endedByRangeError(runTool("status list --current"))) << package;
     }
     writeFile(PROGRESS + "weekly", record("weekly", "1", "A", "/d/1234567gat_x"));
-    EXPECT_NE(runTool("status list --current").out.find("...1234567gat_x"), std::string::npos);
+    EXPECT_NE(runTool("status list --current").out.find("A        ...1234567gat_x   \n"), std::string::npos);
 }
 
 TEST_F(Installation, TheConnectionTestReportsWhatTheClientSays)
@@ -172,10 +154,11 @@ TEST_F(Installation, TheConnectionTestReportsWhatTheClientSays)
 TEST_F(Installation, AMonitoringQueryPassesRequestAnswerAndCodeOn)
 {
     answer("zelfmonc", "[ $2 = ensureConfigInCCR ] && exit 0; shift; printf '%s|' \"$@\"; exit $#");
-    EXPECT_EQ(runTool("zelfmon query 'sendChunk 1 /a 0'"), (Result{4, "sendChunk|1|/a|0|", ""}));
-    // As another node of the group sends it.
-    EXPECT_EQ(runTool("zelfmon query sendChunk%201%20%2Fa%200 --fullDecode"),
-              (Result{4, "sendChunk|1|/a|0|", ""}));
+    // Also as another node of the group sends it.
+    for (const char* line :
+         {"zelfmon query 'sendChunk 1 /a'", "zelfmon query sendChunk%201%20%2Fa --fullDecode"}) {
+        EXPECT_EQ(runTool(line), (Result{3, "sendChunk|1|/a|", ""})) << line;
+    }
     answer("zelfmonc", "");
-    EXPECT_EQ(runTool("zelfmon query x"), (Result{0, "", ""}));
+    EXPECT_EQ(runTool("zelfmon query x"), success(""));
 }

@@ -1,4 +1,4 @@
-// The verbs over the settings road: proxy, schedule and capability.
+// The verbs over the settings road: info, proxy, schedule and capability.
 #include "support/installation.h"
 
 // Every verb on both roads of the old-master gate: the command line; what the helper program gets from a
@@ -7,6 +7,10 @@ const std::tuple<std::string, std::string, std::string> ROADS[] = {
     {"capability enable", "capability enable", "enabled true"},
     {"capability disable", "capability disable", "enabled false"},
     {"capability list", "capability list", ""},
+    {"info list", "", ""}, // the one verb without a gate
+    {"info change --email a@b --customer-name A --country-code DE --customer-id 1",
+     "info change --email a@b --customer-name A --country-code DE --customer-id 1",
+     "country-code DE customer-id 1 customer-name A email a@b"}, // in key order
     {"proxy enable", "proxy enable", "proxy-auth-enabled false proxy-enabled true"},
     {"proxy enable --with-proxy-auth", "proxy enable --with-proxy-auth",
      "proxy-auth-enabled true proxy-enabled true"},
@@ -26,50 +30,114 @@ TEST_F(Installation, TheOldMasterGateDividesTheRoads)
     inEach(ROADS, [](const std::string& line, const std::string& helper, const std::string& service) {
         const std::string global =
             "proxy-location = p\nproxy-port = 1\nproxy-username = u\nproxy-password = x\n";
-        const Strings direct =
-            service.empty() ? Strings{} : Strings{"zelfmonc callhome changeConfig " + service};
-        const std::pair<std::string, Strings> cases[] = {
-            {group("g", "node2", "node1,node2", "4.2.3.6"), {"callhomeutils.pl " + helper}},
-            {group("g", "node2", "node1,node2", "4.2.3.7"), direct},
-            {group("g", "node2", "node1,node2", "4.2.3.8"), direct},
-            {group("g", "node2", "node2,node3", "4.2.3.6"), direct},
-            {"", direct},
-        };
-        size_t seen = 0;
-        for (const auto& [groups, further] : cases) {
-            configure(topology(groups, global));
-            EXPECT_EQ(runTool(line).status, 0) << groups;
-            const Strings all = calls();
-            EXPECT_EQ(Strings(all.begin() + static_cast<std::ptrdiff_t>(seen), all.end()), startThen(further))
-                << groups;
-            seen = all.size();
-        }
+        configure(topology(group("g", "node2", "node1,node2", "4.2.3.6"), global));
+        EXPECT_EQ(runTool(line).status, 0);
+        EXPECT_EQ(calls(), startThen(helper.empty() ? Strings{} : Strings{"callhomeutils.pl " + helper}));
+        configure(topology(group("g", "node2", "node1,node2", "4.2.3.7"), global));
+        EXPECT_EQ(runTool(line).status, 0);
+        EXPECT_EQ(calls(), startThen(service.empty() ? Strings{}
+                                                     : Strings{"zelfmonc callhome changeConfig " + service}));
     });
+}
+
+const std::tuple<const char*, std::string, bool> GATES[] = {
+    {"no group", "", false},
+    {"outside the group", group("g", "node2", "node2,node3", "4.2.3.6"), false},
+    {"a part ends at its digits", group("g", "node2", "node1", "4.2.3-6.9"), false},
+    {"no version", group("g", "node2", "node1,node2", ""), true},
+    {"version unknown", group("g", "node2", "node1,node2", "unknown"), true},
+    {"the server itself", group("g", "node1", "node1,node2", "4.2.3.6"), true},
+    {"server that is no child: no version", group("g", "node1", "node2", "4.2.3.8"), true},
+};
+
+TEST_F(Installation, TheOldMasterGateIsForMembersOfOldGroups)
+{
+    inEach(GATES, [](const char*, const std::string& groups, bool goesToHelper) {
+        configure(topology(groups));
+        runTool("info change --email a@b");
+        EXPECT_EQ(calls(), startThen({goesToHelper ? "callhomeutils.pl info change --email a@b"
+                                                   : "zelfmonc callhome changeConfig email a@b"}));
+    });
+}
+
+// The options, the shell text behind "changeConfig", and what the client gets of it.
+const std::tuple<std::string, std::string, std::string> CHANGES[] = {
+    {R"(--customer-name '\'\'' --customer-id '$(id) `id` "x" &')",
+     R"('customer-id' '$(id) `id` "x" &' 'customer-name' ''\'''\''')",
+     R"(customer-id '$(id) `id` "x" &' customer-name '\'\'')"},
+    {"--customer-name ''", "'customer-name' ''", "customer-name ''"},
+    {"--email a@b --EMAIL c@ --customer-name --EMAIL", "'customer-name' '--email' 'email' 'c@'",
+     "customer-name --email email c@"},
+    {"-I --customer-id -- -Y --dryrun", "'customer-id' '--'", "customer-id --"},
+};
+
+TEST_F(Installation, InfoChangeQuotesForTheShell)
+{
+    inEach(CHANGES, [](const std::string& options, const std::string& command, const std::string& words) {
+        answer("zelfmonc", "[ $2 = ensureConfigInCCR ] || printf 'Changed.\\n\\n'");
+        EXPECT_EQ(runTool("info change " + options), success("Changed.\n"));
+        EXPECT_EQ(logged("ZlCli::executeCMD: cmd = /opt/zelf/bin/zelfmonc callhome changeConfig "),
+                  Strings{command});
+        EXPECT_EQ(calls(), startThen({"zelfmonc callhome changeConfig " + words}));
+    });
+}
+
+TEST_F(Installation, InfoChangePassesTheAnswerOfTheMonitoringServiceOn)
+{
+    const std::pair<const char*, Result> answers[] = {
+        {"echo one; echo two", success("one\ntwo\n")},
+        {"echo", success("")},
+        {"echo answer; echo trouble >&2; exit 255", {255, "", "trouble\nanswer\n"}},
+        {"printf '%9000s' x; exit 3", {3, "", std::string(8999, ' ') + "x\n"}},
+    };
+    for (const auto& [script, expected] : answers) {
+        answer("zelfmonc", "[ $2 = changeConfig ] || exit 0; " + std::string(script));
+        EXPECT_EQ(runTool("info change --email a@b"), expected) << script;
+    }
+    EXPECT_EQ(runTool("info change -Y"), (Result{2, "", "No parameters specified\n"}));
+}
+
+TEST_F(Installation, HelperProgramGetsQuotedArgumentsInTheOrderTyped)
+{
+    const std::pair<std::string, std::string> cases[] = {
+        {"", " info change"},
+        {"--email a@b --customer-name 'A $B' -Y", " info change '--email' 'a@b' '--customer-name' 'A $B'"},
+        {"--customer-name ''", " info change '--customer-name' ''"},
+        // Started with -I, it gets the text behind the verb, which a command line never has.
+        {"--email a@b -I", "  "},
+    };
+    configure(topology(group("g", "node2", "node1,node2", "4.2.3.6")));
+    answer("callhomeutils.pl", "echo done; echo trouble >&2; exit 6");
+    for (const auto& [options, command] : cases) {
+        writeFile(LOG, "");
+        EXPECT_EQ(runTool("info change " + options), (Result{6, "done\n", "trouble\n"})) << options;
+        EXPECT_EQ(logged("ZlCli::executeCMD: cmd = /opt/zelf/bin/callhomeutils.pl"), Strings{command});
+    }
+    // Nobody quotes a quote on this road: the shell refuses the line.
+    calls();
+    EXPECT_NE(runTool("info change --customer-name O'Neil").status, 0);
+    EXPECT_EQ(calls(), startThen({}));
 }
 
 TEST_F(Installation, AProxyIsEnabledWhenItIsComplete)
 {
-    const std::string auth = "proxy-location = p\nproxy-port = 1\nproxy-username = u\n";
-    const std::string location = "proxy-location prior to enabling proxy";
-    const std::string port = "proxy-port prior to enabling proxy";
+    const std::string proxy = "proxy-location = p\nproxy-port = 1\n";
+    const std::string auth = proxy + "proxy-username = u\n";
     const std::tuple<std::string, bool, std::string> rows[] = {
         // settings, with authentication, what is missing
-        {"proxy-port = 1\n", false, location},
-        {"proxy-location = unknown\nproxy-port = 1\n", false, location},
-        {"proxy-location = p\n", true, port},
-        {"proxy-location = p\nproxy-port =\n", false, port},
-        {"proxy-location = p\nproxy-port = 1\n", false, ""},
-        {"proxy-location = p\nproxy-port = 1\nproxy-password = x\n", true,
-         "proxy-username prior to enabling authenticated proxy"},
+        {"proxy-port = 1\n", false, "proxy-location prior to enabling proxy"},
+        {"proxy-location = unknown\nproxy-port = 1\n", false, "proxy-location prior to enabling proxy"},
+        {"proxy-location = p\nproxy-port =\n", true, "proxy-port prior to enabling proxy"},
+        {proxy, false, ""},
+        {proxy + "proxy-password = x\n", true, "proxy-username prior to enabling authenticated proxy"},
         {auth + "proxy-password = unknown\n", true, "proxy-password prior to enabling authenticated proxy"},
         {auth + "proxy-password =\n", true, ""}, // an empty password is one
     };
     answer("zelfmonc", "[ $2 = ensureConfigInCCR ] || echo enabled");
     for (const auto& [global, authenticated, missing] : rows) {
         configure(topology("", global));
-        EXPECT_EQ(
-            runTool(authenticated ? "proxy enable --with-proxy-auth" : "proxy enable"),
-            (missing.empty() ? Result{0, "enabled\n", ""} : Result{1, "", "Please define " + missing + "\n"}))
+        EXPECT_EQ(runTool(authenticated ? "proxy enable --with-proxy-auth" : "proxy enable"),
+                  missing.empty() ? success("enabled\n") : failed("Please define " + missing))
             << global;
     }
 }
@@ -80,32 +148,33 @@ TEST_F(Installation, ListsShowTheGlobalRowAheadOfTheGroups)
     const std::string groups = group("a", "node2", "node3", "",
                                      "enabled = TRUE\nproxy-username =\ndaily = enabled\nweekly = odd\n") +
                                group("z", "node2", "node3", "", "proxy-location = unseen\n");
-    configure(topology(groups,
-                       "enabled = true\nproxy-username = u:1\nproxy-password = s3cret\nproxy-enabled = "
-                       "true\nweekly = disabled\n"));
-    EXPECT_EQ(runTool("capability list"), (Result{0,
-                                                  "group    callHomeNode      status     \n"
+    configure(topology(groups, "enabled = true\nproxy-username = u:1\nproxy-password = s3cret\n"
+                               "proxy-enabled = true\nweekly = disabled\n"));
+    EXPECT_EQ(runTool("capability list"), success("group    callHomeNode      status     \n"
                                                   "-------- ----------------- ---------- \n"
                                                   "global    ---              enabled    \n"
-                                                  "a        node2.zelf.test   disabled   \n",
-                                                  ""}));
+                                                  "a        node2.zelf.test   disabled   \n"));
     EXPECT_EQ(
         runTool("proxy list -Y"),
-        (Result{0,
-                "zelfhome:proxyList:HEADER:version:reserved:reserved:group:proxyAuthEnabled:proxyEnabled:"
+        success("zelfhome:proxyList:HEADER:version:reserved:reserved:group:proxyAuthEnabled:proxyEnabled:"
                 "proxyLocation:proxyPort:proxyUsername:\n"
                 "zelfhome:proxyList:0:1:::global::true:::u%3A1:\n"
-                "zelfhome:proxyList:0:1:::a::::::\n",
-                ""}));
-    EXPECT_EQ(runTool("schedule list"), (Result{0,
-                                                "=== List of registered schedule tasks ===\n\n"
+                "zelfhome:proxyList:0:1:::a::::::\n"));
+    EXPECT_EQ(runTool("schedule list"), success("=== List of registered schedule tasks ===\n\n"
                                                 "group    scheduleType   isEnabled   confFile      \n"
                                                 "-------- -------------- ----------- ------------- \n"
                                                 "global   weekly         disabled    weekly.conf   \n"
                                                 "a        daily          enabled     daily.conf    \n"
-                                                "a        weekly         odd         weekly.conf   \n",
-                                                ""}));
+                                                "a        weekly         odd         weekly.conf   \n"));
     EXPECT_EQ(runTool("schedule list -Y").out.find("==="), std::string::npos);
-    configure(topology("")); // nothing is no error
-    EXPECT_EQ(runTool("capability list"), (Result{0, "group   callHomeNode   status   \n", ""}));
+
+    configure(topology(group("g", "node1", "node1", "5"),
+                       "customer-name = Example and Sons Ltd\nemail = a@b\ncustomer-id = 12345678901\n"));
+    EXPECT_EQ(runTool("info ls --dryrun -I"),
+              success("group    customerName           customerID    email   countryCode   \n"
+                      "-------- ---------------------- ------------- ------- ------------- \n"
+                      "global   Example and Sons Ltd   12345678901   a@b                   \n"));
+    EXPECT_EQ(runTool("info ls -Y").out.rfind("zelfhome:infoLs:HEADER:", 0), 0u); // the verb as typed
+    // Nothing to list is no error.
+    EXPECT_EQ(runTool("capability list"), success("group   callHomeNode   status   \n"));
 }

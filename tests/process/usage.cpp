@@ -36,14 +36,14 @@ const std::tuple<const char*, Result, Strings> USAGES[] = {
                      "delete GroupName",
                      "auto [--server {all | ServerName[,ServerName...]} | --force |\n"
                      "\t                        --enable | --disable]"}),
-     {"group", "grp", "GROUP", "Grp", "group ''", "group --help", "group -?", "group list -H",
-      "group add g1 ?", "group nosuch --surplus help", "group --dryrun", "group --dryrun list --long"}},
+     {"group", "Grp", "group ''", "group --help", "group list -H", "group add g1 ?",
+      "group nosuch --surplus help", "group --dryrun list --long"}},
     {"capability", usage("capability", {"list", "enable", "disable"}), {"capability", "cap"}},
     {"info",
      usage("info",
            {"list", "change", "change --customer-name CustomerName", "change --customer-id CustomerId",
             "change --email Email", "change --country-code CountryCode"}),
-     {"info", "info list -Y -h", "info change --customer-name help"}},
+     {"info", "info list -Y -h", "info change --email help"}},
     {"proxy",
      usage("proxy", {"enable [--with-proxy-auth]", "disable", "list", "change",
                      "change --proxy-location ProxyLocation", "change --proxy-port ProxyPort",
@@ -67,11 +67,9 @@ const std::tuple<const char*, Result, Strings> USAGES[] = {
     {"unknown",
      {38, "", "Invalid command: nosuch\n"},
      {"nosuch", "NoSuch", "nosuch list help", "nosuch --dryrun x"}},
-    {"help in capitals", {38, "", "Invalid command: help\n"}, {"HELP"}},
-    {"version in capitals", {38, "", "Invalid command: --version\n"}, {"--VERSION"}},
-    {"dry run alone", {38, "", "Invalid command: --dryrun\n"}, {"--dryrun"}},
+    {"capitals", {38, "", "Invalid command: --version\n"}, {"--VERSION"}},
     {"letter alone", {38, "", "Invalid command: -y\n"}, {"-Y"}},
-    {"version", {0, VERSION, ""}, {"--version", "--version --help", "--version --dryrun x"}},
+    {"version", success(VERSION), {"--version", "--version --help", "--version --dryrun x"}},
 };
 
 // Help needs a node on which call home could work; the version does not.
@@ -79,7 +77,6 @@ TEST_F(Installation, UsageComesBehindTheChecksOfTheEnvironment)
 {
     inEach(USAGES, [](const char*, const Result& expected, const Strings& lines) {
         for (const std::string& line : lines) {
-            writeFile("/opt/zelf/calls", "");
             EXPECT_EQ(runTool(line), expected) << line;
             EXPECT_EQ(calls(), expected.out == VERSION ? Strings{"zelfctl nqStatus -q"} : startThen({}));
         }

@@ -4,75 +4,20 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <regex.h>
 #include <sstream>
 #include <sys/mount.h>
-#include <sys/vfs.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace fs = std::filesystem;
-
 namespace {
 
-constexpr long TMPFS = 0x01021994;
-
-const char* const PROGRAMS[] = {
-    "zelfctl",  "zelfmonc",    "zelfccr",     "zelfrun",      "zelfadm",          "zelfmgr",       "zelfprod",
-    "zelfdiag", "zelfcrclass", "zelfchclass", "zelfdelclass", "callhomeutils.pl", "zelfautoconfig"};
-
-// Counted and cut by zero bytes, so that no argument can be taken for another.
-const char* const STAND_IN = R"(#!/bin/sh
-name=${0##*/}
-printf '%s\0' $# "$name" "$@" >>/opt/zelf/calls
-[ ! -f "/opt/zelf/answers/$name" ] || . "/opt/zelf/answers/$name"
-)";
-
-const char* const CCR_ANSWER = R"(
-[ "$1" = fget ] || exit 0
-[ -f "/opt/zelf/ccr/$2" ] || exit 149
-exec cat "/opt/zelf/ccr/$2" >"$3")";
-
-void emptyFolder(const char* path)
-{
-    // The machine's own installation must never be taken for the private one.
-    struct statfs status {};
-    if (statfs(path, &status) != 0 || status.f_type != TMPFS) {
-        std::fprintf(stderr, "%s is not private: run this through tests/in-namespace\n", path);
-        std::exit(1);
-    }
-    for (const auto& entry : fs::directory_iterator(path)) {
-        fs::remove_all(entry);
-    }
-}
-
-Strings words(const std::string& line)
-{
-    Strings list;
-    for (size_t i = line.find_first_not_of(' '); i < line.size(); i = line.find_first_not_of(' ', i)) {
-        std::string& word = list.emplace_back();
-        while (i < line.size() && line[i] != ' ') {
-            const bool quoted = line[i] == '\'' || line[i] == '"';
-            const size_t end = quoted ? line.find(line[i], i + 1) : i + 1;
-            word += quoted ? line.substr(i + 1, end - i - 1) : line.substr(i, 1);
-            i = quoted && end != std::string::npos ? end + 1 : end;
-        }
-    }
-    return list;
-}
-
+// A word that would not stand as one in single quotes, with a backslash ahead of each of those in it.
 std::string shown(const std::string& word)
 {
-    const char* const plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789%+,-./:=@_";
-    if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) {
-        return word;
-    }
-    std::string text = "'";
-    for (const char byte : word) {
-        text += byte == '\'' || byte == '\\' ? "\\" : "";
-        text += byte;
-    }
-    return text + "'";
+    const bool isPlain = !word.empty() && word.find_first_of(" '\"") == std::string::npos;
+    return isPlain ? word : "'" + replaced(word, "'", "\\'") + "'";
 }
 
 } // namespace
@@ -86,29 +31,7 @@ std::ostream& operator<<(std::ostream& out, const Result& result)
 
 void Installation::SetUp()
 {
-    emptyFolder("/opt/zelf");
-    emptyFolder("/var/zelf");
-    for (const std::string path : {"/opt/zelf/bin", "/opt/zelf/answers", "/opt/zelf/ccr",
-                                   "/var/zelf/gen/nodeFiles", "/var/zelf/tmp"}) {
-        fs::create_directories(path);
-    }
-    writeFile("/opt/zelf/stand-in", STAND_IN);
-    fs::permissions("/opt/zelf/stand-in", fs::perms::owner_all);
-    for (const std::string program : PROGRAMS) {
-        fs::create_symlink("/opt/zelf/stand-in", "/opt/zelf/bin/" + program);
-    }
-    answer("zelfccr", CCR_ANSWER);
-    answer("zelfadm", "echo \"$2: no such host\"; exit 1");
-
-    std::string cluster = "test:10_CLUSTER:::zelf.test:\n";
-    for (const int number : {1, 2, 3, 4}) {
-        cluster += memberLine(number, "node" + std::to_string(number));
-    }
-    writeFile("/var/zelf/gen/zelfsdr", cluster);
-    writeFile("/var/zelf/gen/zelf.cfg",
-              "myNodeConfigNumber 1\nccrEnabled yes\nminReleaseLevel 1900 5.0.2.0\n");
-    writeFile("/var/zelf/gen/nodeFiles/zelfall.ipa", "1\n2\n3\n4\n");
-    configure(topology(""));
+    shell(ZELFHOME_SOURCE_DIR "/tests/support/prepare");
 }
 
 void Installation::TearDown()
@@ -120,9 +43,12 @@ void Installation::TearDown()
 
 Result runTool(const std::string& line, const std::string& program)
 {
-    std::string name = program;
-    Strings args = words(line);
-    std::vector<char*> argv = {name.data()};
+    Strings args = {program};
+    std::istringstream words(line);
+    for (std::string word; words >> std::quoted(word, '\'');) {
+        args.push_back(word);
+    }
+    std::vector<char*> argv;
     for (std::string& arg : args) {
         argv.push_back(arg.data());
     }
@@ -143,6 +69,11 @@ Result runTool(const std::string& line, const std::string& program)
             readFile("/opt/zelf/err")};
 }
 
+Result success(const std::string& out)
+{
+    return {0, out, ""};
+}
+
 Result failed(const std::string& response, const std::string& additionalMessages)
 {
     const std::string more =
@@ -161,9 +92,10 @@ void answer(const std::string& program, const std::string& script)
     writeFile("/opt/zelf/answers/" + program, script + "\n");
 }
 
-void uninstall(const std::string& program)
+void shell(const std::string& script)
 {
-    fs::remove("/opt/zelf/bin/" + program);
+    const std::string all = "cd /opt/zelf; GEN=/var/zelf/gen TMP=/var/zelf/tmp; " + script;
+    ASSERT_EQ(std::system(all.c_str()), 0) << script;
 }
 
 Strings calls()
@@ -178,6 +110,7 @@ Strings calls()
         }
         list.push_back(call);
     }
+    std::filesystem::remove("/opt/zelf/calls");
     return list;
 }
 
@@ -191,7 +124,7 @@ Strings startThen(const Strings& further)
 
 void writeFile(const std::string& path, const std::string& text)
 {
-    fs::create_directories(fs::path(path).parent_path());
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
     std::ofstream file(path, std::ios::binary);
     file << text << std::flush;
     EXPECT_TRUE(file.good()) << "cannot write " << path;
@@ -237,14 +170,6 @@ std::string replaced(const std::string& text, const char* expression, const char
     }
     regfree(&compiled);
     return result + rest;
-}
-
-std::string memberLine(int number, const std::string& shortName)
-{
-    const std::string n = std::to_string(number);
-    const std::string name = shortName + ".zelf.test";
-    return "test:20_MEMBER_NODE:::" + n + ":" + shortName + ":10.0.0." + n + ":" + name + "::M:::::" + name +
-           ":" + shortName + ":1900:5.0.2.0:\n";
 }
 
 void configure(const std::string& text)

@@ -1,6 +1,5 @@
-// A healthy installation for each test, in the private /opt/zelf and /var/zelf of tests/in-namespace: a
-// cluster of four nodes, an empty call-home configuration in the CCR, and a stand-in for each program that
-// the tool calls. A stand-in records its call and then answers as the test says.
+// A healthy installation for each test, as support/prepare makes it. A stand-in for a program records its
+// call and then answers as the test says.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -44,6 +43,9 @@ protected:
 // together. The tool believes that it was called as `program`.
 Result runTool(const std::string& line, const std::string& program = "/opt/zelf/bin/zelfhome");
 
+// A good run that says this on standard output.
+Result success(const std::string& out);
+
 // What the framework says on a failure with status 1.
 Result failed(const std::string& response, const std::string& additionalMessages = "");
 
@@ -55,10 +57,11 @@ bool endedByRangeError(const Result& result);
 // Makes the stand-in of a program end with this piece of shell; "$@" holds the arguments.
 void answer(const std::string& program, const std::string& script);
 
-void uninstall(const std::string& program);
+// Runs a piece of shell in /opt/zelf; $GEN and $TMP are the folders of /var/zelf.
+void shell(const std::string& script);
 
-// The calls so far, in order: program and words, with a blank between each two. A word that a shell would not
-// read as it stands is shown in single quotes, with a backslash ahead of quotes and backslashes in it.
+// The calls since it was last asked, in order: program and words, with a blank between each two. An
+// empty word and one with blanks or quotes is shown in single quotes, with a backslash ahead of those in it.
 Strings calls();
 
 // The calls of every run that gets as far as the configuration, and `further` behind them.
@@ -85,9 +88,6 @@ Strings logged(const std::string& begin);
 // Replaces all that an extended regular expression matches. (g++ 12 does not get through std::regex with
 // sanitizers and all warnings.)
 std::string replaced(const std::string& text, const char* expression, const char* by);
-
-// One line of the cluster definition file.
-std::string memberLine(int number, const std::string& shortName);
 
 // Makes `text` the call-home configuration in the CCR.
 void configure(const std::string& text);
