@@ -28,11 +28,10 @@ Outcome start(const std::string& node, const std::string& arguments)
                     " >$ZELFLAB_DIR/out 2>&1; status=$?; cat $ZELFLAB_DIR/out; exit $status");
 }
 
-// Waits until a file of one line matches; the lock in the repository reads "VERSION:VALUE".
-void expectFile(const std::string& pattern, const std::string& file = KEY)
+// Waits until the lock in the repository, "VERSION:VALUE", matches.
+void expectEntry(const std::string& pattern)
 {
-    const std::string text =
-        runShell(until("grep -qsxE " + quoted(pattern) + " " + file) + "cat " + file).out;
+    const std::string text = runShell(until("grep -qsxE " + quoted(pattern) + " " + KEY) + "cat " + KEY).out;
     EXPECT_TRUE(std::regex_match(text, std::regex(pattern + "\n"))) << text << "is not " << pattern;
 }
 
@@ -82,26 +81,9 @@ TEST_F(Task, OfTwoNodesThatStartAtOnceExactlyOneWins)
         }
         const std::string out = runShell(both + "wait").out;
         EXPECT_TRUE(std::regex_search(out, loser)) << out;
-        expectFile("[0-9]+:node[12].zelf.test,[0-9]+,success," + std::to_string(round));
+        expectEntry("[0-9]+:node[12].zelf.test,[0-9]+,success," + std::to_string(round));
         ASSERT_EQ(runShell("wc -l <$ZELFLAB_DIR/notes").out, std::to_string(round) + "\n") << out;
     }
-}
-
-TEST_F(Task, WhoReadTheSameVersionAndWritesLaterLoses)
-{
-    // node2 reads, and does not come to write until node1 is done.
-    const std::string slowly =
-        "#!/bin/bash\nzelfccr.real \"$@\"; status=$?\n[[ $1 == vget ]] || exit $status\ntouch " + GO + "\n" +
-        until("grep -sq success /opt/zelf/lab/ccr/keys/task") + "\nexit $status\n";
-    onNode("node2", "cd /opt/zelf/bin; mv zelfccr zelfccr.real; printf %s " + quoted(slowly) +
-                        " >zelfccr; chmod +x zelfccr");
-    const Outcome both =
-        runShell("{ " + task("node2", "cluster task 5") + "; echo status $?; } & " +
-                 until("[ -e $ZELFLAB_DIR/go ]") + task("node1", "cluster task 6") + " >/dev/null; wait");
-    onNode("node2", "cd /opt/zelf/bin; mv zelfccr.real zelfccr");
-    EXPECT_EQ(both.out, "zelfccr.real: key task is at version 3, not 0\n" + refusal("", "invalid key task") +
-                            "status 1\n");
-    expectFile("3:node1.zelf.test,[0-9]+,success,6");
 }
 
 TEST_F(Task, ALiveHolderIsRespectedADeadOneIsNotAndAnIdRunsOnce)
@@ -113,11 +95,11 @@ TEST_F(Task, ALiveHolderIsRespectedADeadOneIsNotAndAnIdRunsOnce)
         EXPECT_EQ(refused.status, 4);
         EXPECT_EQ(refused.out, refusal("Lock: locked_by_child process still alive.", held));
     }
-    expectFile("2:" + held);
+    expectEntry("2:" + held);
     kill(std::stoi(worker), SIGKILL);
     const std::string failed =
         "node2.zelf.test," + workerOf(start("node2", "cluster task 8 fail=3")) + ",failed,8";
-    expectFile("5:" + failed);
+    expectEntry("5:" + failed);
     EXPECT_NE(lab("calls").out.find("node2 zelfrun on1 node1.zelf.test pid " + worker + "\n"),
               std::string::npos);
 
@@ -132,8 +114,8 @@ TEST_F(Task, TheVersionsBeginAnewAheadOfTheirEnd)
     for (const std::string before : {"2147483599", "2147483600"}) {
         runShell("echo " + before + ":node3.zelf.test,1,success,9 >" + KEY);
         EXPECT_EQ(start("node1", "cluster task 1").status, 0);
-        expectFile((before == "2147483599" ? "2147483602" : "3") +
-                   std::string(":node1.zelf.test,[0-9]+,success,1"));
+        expectEntry((before == "2147483599" ? "2147483602" : "3") +
+                    std::string(":node1.zelf.test,[0-9]+,success,1"));
     }
 }
 
@@ -142,28 +124,9 @@ TEST_F(Task, TheWorkerOutlivesTheTerminal)
     const Outcome terminal = onNode("node1", "script -qec '" TASKTOOL " cluster task 1 wait=" + GO +
                                                  " out=late err=bad fail=3' /dev/null");
     const std::string worker = workerOf(terminal);
-    expectFile("2:node1.zelf.test," + worker + ",locked_by_child,1");
+    expectEntry("2:node1.zelf.test," + worker + ",locked_by_child,1");
     runShell("touch $ZELFLAB_DIR/go");
-    expectFile("3:node1.zelf.test," + worker + ",failed,1");
+    expectEntry("3:node1.zelf.test," + worker + ",failed,1");
     EXPECT_EQ(onNode("node1", "cd /var/zelf/tmp; sed 1d task.stdout | head -n 2; cat task.stderr").out,
               "late\nworker done with rc 3\nbad\n");
-}
-
-TEST_F(Task, TheLockInAFileIsTheNodesOwn)
-{
-    const std::string file = "$ZELFLAB_DIR/nodes/node1/var/ces/task";
-    // That there is no file yet counts as a failed write.
-    const Outcome first = start("node1", "node task 1");
-    EXPECT_EQ(first.status, 2);
-    EXPECT_EQ(first.out, refusal("", ""));
-    expectFile("vget:-1:node1.zelf.test,[0-9]+,locked_by_parent,1", file);
-
-    const std::string worker = workerOf(start("node1", "node task 1 wait=" + GO));
-    const std::string held = "node1.zelf.test," + worker + ",locked_by_child,1";
-    expectFile("vget:0:" + held, file);
-    EXPECT_EQ(start("node1", "node task 2").out, refusal("Lock: locked_by_child process still alive.", held));
-    EXPECT_EQ(start("node2", "node task 2").out, refusal("", "")); // a lock of its own
-    runShell("touch $ZELFLAB_DIR/go");
-    expectFile("vget:1:node1.zelf.test," + worker + ",success,1", file);
-    EXPECT_EQ(runShell("ls " + KEY).out, "");
 }

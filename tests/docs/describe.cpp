@@ -78,15 +78,7 @@ void printTable()
 
 int main(int argc, char** argv)
 {
-    const std::string_view what = argc == 2 ? argv[1] : "";
-    if (what == "grammar") {
-        describeGrammar();
-    } else if (what == "table") {
-        printTable();
-    } else {
-        std::cerr << "usage: describe grammar | table\n";
-        return 1;
-    }
+    argc == 2 && std::string_view(argv[1]) == "grammar" ? describeGrammar() : printTable();
     std::cout.flush();
     std::_Exit(0);
 }

@@ -96,17 +96,6 @@ TEST_F(Installation, RecordsShowTheNewestLineOfEachRunAndTheNewestRunFirst)
     EXPECT_EQ(logged("ZlCallhome::readProgressFile: Skipping a progress line because of a wrong format: "),
               (Strings{"|||||||||||x|", "one|field"}));
     EXPECT_EQ(calls(), startThen({})) << "records come from the files alone";
-
-    writeFile(PROGRESS + "sendfile", "");
-    EXPECT_EQ(runTool("status list --verbose --current"),
-              success("group   task    startTime   status   rc     dataID   originalFilename   "
-                      "packageFileName        \n"
-                      "------- ------- ----------- -------- ------ -------- ------------------ "
-                      "---------------------- \n"
-                      "g       daily   1           C        RC=0   id       orig               "
-                      "callhome.1.gat_s.tar   \n"
-                      "g       daily   2           B        RC=0   id       orig               "
-                      "callhome.1.gat_s.tar   \n"));
 }
 
 TEST_F(Installation, RecordsThatAreMissingEmptyOrOfAnotherMake)
@@ -122,7 +111,16 @@ TEST_F(Installation, RecordsThatAreMissingEmptyOrOfAnotherMake)
         EXPECT_TRUE(endedByRangeError(runTool("status list --current"))) << package;
     }
     writeFile(PROGRESS + "weekly", record("weekly", "1", "A", "/d/1234567gat_x"));
-    EXPECT_NE(runTool("status list --current").out.find("A        ...1234567gat_x   \n"), std::string::npos);
+    EXPECT_EQ(runTool("status list --current"),
+              success("group   task     startTime   status   packageFileName   \n"
+                      "------- -------- ----------- -------- ----------------- \n"
+                      "g       weekly   1           A        ...1234567gat_x   \n"));
+    EXPECT_EQ(
+        runTool("status list --verbose --current"),
+        success(
+            "group   task     startTime   status   rc     dataID   originalFilename   packageFileName   \n"
+            "------- -------- ----------- -------- ------ -------- ------------------ ----------------- \n"
+            "g       weekly   1           A        RC=0   id       orig               1234567gat_x      \n"));
 }
 
 TEST_F(Installation, TheConnectionTestReportsWhatTheClientSays)
@@ -153,7 +151,7 @@ TEST_F(Installation, TheConnectionTestReportsWhatTheClientSays)
 
 TEST_F(Installation, AMonitoringQueryPassesRequestAnswerAndCodeOn)
 {
-    answer("zelfmonc", "[ $2 = ensureConfigInCCR ] && exit 0; shift; printf '%s|' \"$@\"; exit $#");
+    answer("zelfmonc", "shift; printf '%s|' \"$@\"; exit $#");
     // Also as another node of the group sends it.
     for (const char* line :
          {"zelfmon query 'sendChunk 1 /a'", "zelfmon query sendChunk%201%20%2Fa --fullDecode"}) {

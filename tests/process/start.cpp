@@ -38,15 +38,16 @@ const std::tuple<std::string, std::string, Result, size_t> STARTS[] = {
     {"printf 'useless\nmyNodeConfigNumber  node1 \nccrEnabled   yes  \n' >$GEN/zelf.cfg", "info list", LISTED,
      3},
 
-    {"echo 'echo x: The monitoring service is down and does not respond. >&2; exit 4' >answers/zelfmonc",
+    {"echo exit 3 >answers/zelfctl", "info list", LISTED, 3},
+    {"echo 'echo x: The monitoring service is down and does not respond. >&2; exit 4' >answers/start",
      "info list", SERVICE_DOWN, 2},
-    {"echo 'echo a; echo b >&2; echo; exit 255' >answers/zelfmonc", "info list", {255, "", "a\nb\n"}, 2},
-    {"echo exit 7 >answers/zelfmonc", "group", {7, "", "Failed\n"}, 2},
-    {"echo 'echo The monitoring service is down and does not respond' >answers/zelfmonc", "info list", LISTED,
+    {"echo 'echo a; echo b >&2; echo; exit 255' >answers/start", "info list", {255, "", "a\nb\n"}, 2},
+    {"echo exit 7 >answers/start", "group", {7, "", "Failed\n"}, 2},
+    {"echo 'echo The monitoring service is down and does not respond' >answers/start", "info list", LISTED,
      3},
     // The command dies of a signal, whether or not its shell has put the program in its own place: that reads
     // as 0.
-    {"echo 'read -r n </proc/$PPID/comm; [ $n != sh ] || kill -9 $PPID; kill -9 $$' >answers/zelfmonc",
+    {"echo 'read -r n </proc/$PPID/comm; [ $n != sh ] || kill -9 $PPID; kill -9 $$' >answers/start",
      "info list", LISTED, 3},
 
     {"echo 'echo no quorum; echo really >&2; exit 1' >answers/zelfccr", "info list", NO_FILE, 3},

@@ -54,7 +54,8 @@ bool endedByRangeError(const Result& result);
 
 // --- the programs ----------------------------------------------------------------------------------------
 
-// Makes the stand-in of a program end with this piece of shell; "$@" holds the arguments.
+// Makes the stand-in of a program end with this piece of shell; "$@" holds the arguments. "start" is what the
+// monitoring client does at the start of each run.
 void answer(const std::string& program, const std::string& script);
 
 // Runs a piece of shell in /opt/zelf; $GEN and $TMP are the folders of /var/zelf.
