@@ -91,9 +91,7 @@ TEST_F(Cluster, AChildForwardsToItsServerAndHandsBackWhatItSays)
 TEST_F(Cluster, GroupsAreMadeListedAndDeleted)
 {
     EXPECT_EQ(onNode("node2", "zelfhome group add west node1 --node 2,node1").status, 0);
-    EXPECT_EQ(onNode("node3", "zelfhome group list -Y").out,
-              "zelfhome:groupList:HEADER:version:reserved:reserved:callHomeGroup:callHomeNode:"
-              "callHomeChildNodes:\nzelfhome:groupList:0:1:::west:node1:node1,node2:\n");
+    expectIn(onNode("node3", "zelfhome group list -Y").out, ":west:node1:node1,node2:\n");
     EXPECT_EQ(onNode("node1", "cat /var/zelf/gen/nodeFiles/usercallhome_servers.rel").out,
               "node1.zelf.test\n");
 

@@ -130,3 +130,14 @@ TEST_F(Task, TheWorkerOutlivesTheTerminal)
     EXPECT_EQ(onNode("node1", "cd /var/zelf/tmp; sed 1d task.stdout | head -n 2; cat task.stderr").out,
               "late\nworker done with rc 3\nbad\n");
 }
+
+TEST_F(Task, TheLockInAFileIsTheNodesOwn)
+{
+    const std::string file = "$ZELFLAB_DIR/nodes/node1/var/ces/task";
+    // That there is no file yet counts as a failed write.
+    EXPECT_EQ(start("node1", "node task 1").out, refusal("", ""));
+    const std::string worker = workerOf(start("node1", "node task 1 fail=3"));
+    EXPECT_EQ(runShell(until("grep -sq failed " + file) + "cat " + file).out,
+              "vget:1:node1.zelf.test," + worker + ",failed,1\n");
+    EXPECT_EQ(runShell("ls " + KEY).out, "");
+}

@@ -91,7 +91,7 @@ TEST_F(Installation, ForwardingToAServerThatIsNoNodeFails)
 TEST_F(Installation, ForwardedLinesReadLikeTypedOnes)
 {
     const std::pair<std::string, std::string> lines[] = {
-        {"inf%6F l%69st %2DY", "info list -Y"},
+        {"inf%6f l%69st %2DY", "info list -Y"},
         {"info change %2D%2Dcustomer%2Dname O%27Neil%20%26%20Co %2D%2Demail a%40b%25",
          "info change --customer-name 'O\\'Neil & Co' --email a@b%"},
         {"group list %2DN", "group list -N"},

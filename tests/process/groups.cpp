@@ -100,6 +100,7 @@ TEST_F(Installation, GroupDeleteSwitchesTheFormerMembersOff)
         {"echo gone; echo '" + prefix + "node2.zelf.test node3.zelf.test'",
          "node2.zelf.test\nnode3.zelf.test|\n", deleted},
         {"echo gone; echo '" + prefix + "'", "(no such file)", deleted},
+        {"echo gone", "(no such file)", deleted},
         {"echo 'no such group'; exit 2", "(no such file)", {2, "", "no such group\n"}},
     };
     inEach(rows, [](const std::string& reply, const std::string& nodes, const Result& expected) {

@@ -32,6 +32,7 @@ TEST_F(Installation, AGatherRunNeedsAGroupAndTheCapabilityAndGoesToTheHelperProg
 {
     configure(topology(group("g", "node2", "node2,node3", "5.0")));
     EXPECT_EQ(runTool("run GatherSend --task DAILY"), NO_GROUP);
+    EXPECT_EQ(runTool("run SendFile --file /etc/passwd"), NO_GROUP);
     for (const char* value : {"false", "True"}) {
         configure(member("5.0", value));
         EXPECT_EQ(runTool("run GatherSend --task DAILY"),
