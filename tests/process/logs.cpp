@@ -51,6 +51,7 @@ std::string debugBody()
 
 TEST_F(Installation, LogsOfAGoodRunHoldItsStepsInOrder)
 {
+    answer("start", "printf words");
     runTool("info list");
     EXPECT_EQ(masked(readFile(LOG)),
               R"(
@@ -90,8 +91,9 @@ Trace messager end at: STAMP
     size_t place = 0;
     for (const std::string piece :
          {"Debug Trace start at: STAMP\n", "_executeCMD: response:\n\nresponse end\n",
-          "\n\n#### function trace ####\n", "\n\tZlCmd::validate: success\n",
-          "\nvoid ZlErrorService::writeTrace()\n", "\nDebug Trace end at: STAMP\n"}) {
+          "_executeCMD: response:\nwords\n\nresponse end\n", "\n\n#### function trace ####\n",
+          "\n\tZlCmd::validate: success\n", "\nvoid ZlErrorService::writeTrace()\n",
+          "\nDebug Trace end at: STAMP\n"}) {
         place = log.find(piece, place);
         ASSERT_NE(place, std::string::npos) << piece;
     }
