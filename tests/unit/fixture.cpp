@@ -1,16 +1,11 @@
 #include "fixture.h"
 
 #include <cerrno>
-#include <deque>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 #include <unistd.h>
-
-#include "cluster/zlclusterinfo.h"
-#include "services/zlerrorservice.h"
-#include "services/zlutils.h"
 
 namespace fs = std::filesystem;
 
@@ -18,54 +13,35 @@ namespace {
 
 const std::string GEN = "/var/zelf/gen/";
 
-// Gives argv for a line. It stays for ever, as the real one does: getopt(3) keeps a pointer into it.
-std::pair<int, char**> makeArgv(const Words& line)
-{
-    static std::deque<Words> texts;
-    static std::deque<std::vector<char*>> pointers;
-    Words& words = texts.emplace_back(Words{"/opt/zelf/bin/zelfhome"});
-    words.insert(words.end(), line.begin(), line.end());
-    std::vector<char*>& argv = pointers.emplace_back();
-    for (std::string& word : words) {
-        argv.push_back(word.data());
-    }
-    argv.push_back(nullptr);
-
-    char* none[] = {argv[0], nullptr};
-    optind = 0;
-    (void)getopt(1, none, ZlCli::optstring.c_str());
-    return {static_cast<int>(words.size()), argv.data()};
-}
-
 template <typename Cli>
-Cli& makeAndKeep(const Words& line)
+Cli& makeAndKeep(Words line)
 {
     static auto* objects = new std::vector<Cli*>;
-    const auto [argc, argv] = makeArgv(line);
-    return *objects->emplace_back(new Cli(argc, argv));
-}
-
-void writeTraceAs(const std::string& name)
-{
-    const int number = errno;
-    ZlErrorService::errorServiceP->setLogFileName(name);
-    ZlErrorService::errorServiceP->writeTrace();
-    errno = number;
+    line.insert(line.begin(), "/opt/zelf/bin/zelfhome");
+    std::vector<char*> argv;
+    for (std::string& word : line) {
+        argv.push_back(word.data());
+    }
+    return *objects->emplace_back(new Cli(static_cast<int>(argv.size()), argv.data()));
 }
 
 } // namespace
 
 std::string contentOf(const std::string& path)
 {
-    std::ifstream file(path, std::ios::binary);
     std::ostringstream text;
-    text << file.rdbuf();
+    text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
 }
 
 void writeFile(const std::string& path, const std::string& text)
 {
     std::ofstream(path, std::ios::binary) << text;
+}
+
+void expectIn(const std::string& text, const std::string& part)
+{
+    EXPECT_NE(text.find(part), std::string::npos) << "'" << part << "' is not in\n" << text;
 }
 
 void install(const std::string& name, const std::string& script)
@@ -91,19 +67,6 @@ std::string printed(const std::function<void()>& action)
     return testing::internal::GetCapturedStdout();
 }
 
-std::string logged(const std::function<void()>& action, bool debug)
-{
-    writeTraceAs("earlier");
-    action();
-    writeTraceAs("logged");
-    const std::string text = contentOf(TMP + (debug ? "debuglogged.log" : "logged.log"));
-    fs::remove(TMP + "logged.log");
-    const size_t begin = text.find('\n', 1) + 1;
-    return text.empty()
-               ? ""
-               : text.substr(begin, text.rfind(debug ? "\n#### function" : "Trace messager") - begin);
-}
-
 void expectEnd(const std::function<void()>& action, int status, const std::string& out,
                const std::string& err)
 {
@@ -125,14 +88,14 @@ std::string member(int number, const std::string& names, int level, const std::s
 
 void setCluster(const Names& lines)
 {
-    ZlClusterInfo::getClusterNodes()->clear();
-    ZlClusterInfo::getNodesMap(lines);
+    Info::getClusterNodes()->clear();
+    Info::getNodesMap(lines);
 }
 
 void setZelfCfg(const std::string& text)
 {
     writeFile(GEN + "zelf.cfg", text);
-    ZlClusterInfo::zelfcfgMapP->clear();
+    Info::zelfcfgMapP->clear();
 }
 
 TestCli& makeCli(const Words& line)
@@ -146,12 +109,6 @@ ZlCallhome& makeCallhome(const Words& line)
     return *chServiceP;
 }
 
-int parse(ZlCli& cli, const Words& line)
-{
-    const auto [argc, argv] = makeArgv(line);
-    return cli.parseCmdLine(argc, argv);
-}
-
 void ZelfTest::SetUp()
 {
     // Code that ends the process outside an expectEnd() must not look like a good end of all tests.
@@ -162,6 +119,8 @@ void ZelfTest::SetUp()
         }
     });
     ASSERT_EQ(registered, 0);
+    service.setLogFileName("test");
+    service.writeTrace();
     for (const std::string& folder : {std::string("/opt/zelf/bin"), TMP, GEN + "nodeFiles"}) {
         for (const auto& entry : fs::directory_iterator(folder)) {
             fs::remove_all(entry);
@@ -173,16 +132,16 @@ void ZelfTest::SetUp()
     writeFile(GEN + "zelfsdr", cluster);
     const Words lines = split(cluster, "\n");
     setCluster({lines.begin(), lines.end()});
-    for (Names* names : {ZlClusterInfo::nodeDefinitionP, ZlClusterInfo::validNodesP, ZlClusterInfo::allNodesP,
-                         ZlClusterInfo::invalidNodeDefinitionsP}) {
+    for (Names* names :
+         {Info::nodeDefinitionP, Info::validNodesP, Info::allNodesP, Info::invalidNodeDefinitionsP}) {
         names->clear();
     }
-    ZlClusterInfo::cluserLevelToNameP->clear();
+    Info::cluserLevelToNameP->clear();
     errno = 0;
 }
 
 void ZelfTest::TearDown()
 {
     ZlErrorService::controlFlags = 0;
-    ZlClusterInfo::controlState = 1;
+    Info::controlState = 1;
 }

@@ -1,5 +1,5 @@
 // What the unit tests share: a clean installation for each test, scripted programs that note how they were
-// called, the trace and standard output as text, the end of the process, and command line objects.
+// called, standard output as text, the end of the process, and command line objects.
 #pragma once
 
 #include <functional>
@@ -12,23 +12,29 @@
 
 #include "callhome/zlcallhome.h"
 #include "cli/zlcli.h"
+#include "cluster/zlclusterinfo.h"
+#include "services/zlerrorservice.h"
+#include "services/zlutils.h"
 
 using Words = std::vector<std::string>;
 using Names = std::set<std::string>;
+using Info = ZlClusterInfo;
 
 const std::string TMP = "/var/zelf/tmp/";
 
 std::string contentOf(const std::string& path); // empty for a missing file
 void writeFile(const std::string& path, const std::string& text);
 
+// Expects that a text, such as a file's content, has this part.
+void expectIn(const std::string& text, const std::string& part);
+
 // Puts a shell script at /opt/zelf/bin/`name`. calls() gives the calls so far, one a line with each argument
 // in brackets, and forgets them.
 void install(const std::string& name, const std::string& script);
 std::string calls();
 
-// Give what `action` prints on standard output, and what it sends to the log or to the debug log.
+// Gives what `action` prints on standard output.
 std::string printed(const std::function<void()>& action);
-std::string logged(const std::function<void()>& action, bool debug = false);
 
 // Expects that `action` ends the process with this status and exactly these words.
 void expectEnd(const std::function<void()>& action, int status, const std::string& out,
@@ -47,22 +53,22 @@ public:
     TestCli(int argc, char** argv)
         : ZlCli(argc, argv, "/opt/zelf/bin/callhomeutils.pl", " execzelfhome_2 ", " ")
     {
+        parseCmdLine(argc, argv);
     }
     int checkEnvironment() override { return 0; }
 };
 
-// Make a command line object for a line without the program's name. The objects live as long as the test
-// program: their destructor would take the cluster along.
+// Make a command line object for a subject and a verb. The objects live as long as the test program: their
+// destructor would take the cluster along.
 TestCli& makeCli(const Words& line = {});
 ZlCallhome& makeCallhome(const Words& line);
 
-// Reads a line with a fresh getopt(3).
-int parse(ZlCli& cli, const Words& line);
-
 // Each test finds /opt/zelf/bin and /var/zelf/tmp empty, the cluster of node1 to node4 with node1 as local
-// node, and no error number.
+// node, nothing traced and no error number.
 class ZelfTest : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
+
+    ZlErrorService& service = *ZlErrorService::errorServiceP;
 };

@@ -3,42 +3,25 @@
 
 #include <filesystem>
 
-#include "cluster/zlclusterinfo.h"
-#include "services/zlutils.h"
-
-using Info = ZlClusterInfo;
-
 namespace {
-
-const std::string ADDITIONAL = "\n\nAdditional messages:\n";
 
 class ZlCliRemoteTest : public ZelfTest {
 protected:
-    void SetUp() override
+    // Decides for a command of this kind, with -N for `nodes`. Gives whether the command is remote, its
+    // arguments and the valid nodes.
+    std::string decide(ZlCmd::remoteNodes handling, const char* nodes, nodeLevel_t level = 1600)
     {
-        ZelfTest::SetUp();
-        cli = &makeCli();
-        cli->subject = "status";
-        cli->verb = "list";
-    }
-
-    // Decides for a command of this kind, with -N for `nodes` when there are any. Gives whether the command
-    // is remote, its arguments and the valid nodes.
-    std::string decide(ZlCmd::remoteNodes handling, const std::string& nodes, nodeLevel_t level = 1600)
-    {
-        cli->setRemoteExecution(!nodes.empty());
-        if (!nodes.empty()) {
-            cli->resolveNodeDefinition(nodes.c_str());
-            cli->remoteOption = "-N";
-        }
-        ZlCmd cmd(cli, "status", "list", "", nullptr, nullptr, level);
+        cli.setRemoteExecution(true);
+        cli.resolveNodeDefinition(nodes);
+        cli.remoteOption = "-N";
+        ZlCmd cmd(&cli, "status", "list", "", nullptr, nullptr, level);
         cmd.setRemoteNodeHandling(handling);
         cmd.processRemoteNodeHandling();
-        return std::string(cli->doRemoteExecution() ? "remote" : "local") + " [" + cli->getCmdOptions() +
-               "] " + toString(*Info::validNodesP, ",");
+        return std::string(cli.doRemoteExecution() ? "remote" : "local") + " [" + cli.getCmdOptions() + "] " +
+               toString(*Info::validNodesP, ",");
     }
 
-    TestCli* cli = nullptr;
+    TestCli& cli = makeCli({"status", "list"});
 };
 
 } // namespace
@@ -46,48 +29,46 @@ protected:
 TEST_F(ZlCliRemoteTest, WhereACommandRuns)
 {
     const std::string nodes = "node2.zelf.test,node3.zelf.test";
-    cli->cmdOptions = {"x"};
+    cli.cmdOptions = {"x"};
     EXPECT_EQ(decide(ZlCmd::REMOTE_NORMAL, "3,2"), "remote [x] " + nodes);
     EXPECT_EQ(decide(ZlCmd::REMOTE_LOCAL_ONLY, "3,2"), "local [x] " + nodes);
     EXPECT_EQ(decide(ZlCmd::REMOTE_PASSTHROUGH, "3,2", 1900), "local [x -N " + nodes + "] " + nodes);
     decide(ZlCmd::REMOTE_NORMAL, "2", 1500);
-    EXPECT_EQ(cli->getMinRemoteNodeLevel(), 1900U); // never lowered
+    EXPECT_EQ(cli.getMinRemoteNodeLevel(), 1900U); // never lowered
     expectEnd([this] { decide(ZlCmd::REMOTE_COLLECTOR, "3"); }, 1, "",
               "zelfhome status: Incorrect option: -N\n");
 }
 
 TEST_F(ZlCliRemoteTest, TheEncodedLine)
 {
-    cli->cmdOptions = {"a b\t", "", "O'Neil\"$", "\xe9\x01"};
-    const std::string encoded = "'\"status list a%20b%09  O%27Neil%22%24 \xe9\x01";
-    for (const uint64_t bit : {PARSER_DISPLAY_LIST, PARSER_DISPLAY_TABLE, PARSER_MACHINE_READABLE}) {
-        cli->unsetParserResultBit(~uint64_t{0});
-        cli->setParserResultBit(bit);
-        EXPECT_EQ(cli->getEncodedCmdLine(), encoded + (bit != PARSER_DISPLAY_LIST ? " %2DY\"'" : "\"'"));
-    }
     std::string all;
-    std::string coded;
     for (int byte = 1; byte < 256; ++byte) {
         all += static_cast<char>(byte);
     }
-    cli->fullEncode(coded, all);
+    std::string coded;
+    cli.fullEncode(coded, all);
     EXPECT_EQ(coded.size(), 255U + 2 * (3 + 32)); // tab, newline, blank and 32 punctuation marks
+    cli.cmdOptions = {"a b", ""};
+    cli.setParserResultBit(PARSER_DISPLAY_LIST);
+    EXPECT_EQ(cli.getEncodedCmdLine(), "'\"status list a%20b \"'");
+    cli.setParserResultBit(PARSER_DISPLAY_TABLE);
+    EXPECT_EQ(cli.getEncodedCmdLine(), "'\"status list a%20b  %2DY\"'");
 }
 
 TEST_F(ZlCliRemoteTest, TheCommandForOneNode)
 {
-    EXPECT_EQ(cli->constructCmd("WORD", "node2"), "/opt/zelf/bin/zelfrun on1 node2 execzelfhome_2 WORD ");
-    for (const std::string local : {"", "1", "node1", "10.0.0.1"}) {
-        EXPECT_EQ(cli->constructCmd("WORD", local), "/opt/zelf/bin/callhomeutils.pl WORD");
+    EXPECT_EQ(cli.constructCmd("WORD", "node2"), "/opt/zelf/bin/zelfrun on1 node2 execzelfhome_2 WORD ");
+    for (const std::string local : {"", "1", "10.0.0.1"}) {
+        EXPECT_EQ(cli.constructCmd("WORD", local), "/opt/zelf/bin/callhomeutils.pl WORD");
     }
     setZelfCfg("myNodeConfigNumber 9\n");
-    expectEnd([this] { cli->constructCmd("WORD", "node2"); }, 1, "",
-              "Failed" + ADDITIONAL + "Cannot detect local node name. Terminate!\n");
+    expectEnd([this] { cli.constructCmd("WORD", "node2"); }, 1, "",
+              "Failed\n\nAdditional messages:\nCannot detect local node name. Terminate!\n");
     // A dry run stops at the command when both bits are set.
-    cli->setParserResultBit(PARSER_DRY_RUN);
-    EXPECT_EQ(cli->executeCMD("exit 5", nullptr) + cli->execCmdRc, 10);
-    cli->setParserResultBit(PARSER_DRY_RUN_STOP);
-    expectEnd([this] { cli->executeCMD("exit 5", nullptr); }, 0, "exit 5\n", "");
+    cli.setParserResultBit(PARSER_DRY_RUN);
+    EXPECT_EQ(cli.executeCMD("exit 5", nullptr) + cli.execCmdRc, 10);
+    cli.setParserResultBit(PARSER_DRY_RUN_STOP);
+    expectEnd([this] { cli.executeCMD("exit 5", nullptr); }, 0, "exit 5\n", "");
 }
 
 TEST_F(ZlCliRemoteTest, AllNodesByBothRoads)
@@ -95,14 +76,14 @@ TEST_F(ZlCliRemoteTest, AllNodesByBothRoads)
     install("zelfadm", "printf 'coded<%s>' \"$2\"");
     install("zelfrun", "cat $2 >/var/zelf/tmp/nodes; echo reject >>$3; shift 3\n"
                        "echo \"nodeB:  $*\"; echo 'nodeA:  one'; echo 'nodeB:  two'; exit 3");
-    cli->cmdOptions = {"a", "b"};
+    cli.cmdOptions = {"a", "b"};
     for (const auto& [level, sent] :
          {std::pair{1799, "run coded<status list a b>"}, {1800, "run \"status list a b\""}}) {
         *Info::validNodesP = {"node1.zelf.test", "node3.zelf.test",
                               "node4.zelf.test"}; // the last one is too old
-        cli->setMinRemoteNodeLevel(static_cast<nodeLevel_t>(level));
+        cli.setMinRemoteNodeLevel(static_cast<nodeLevel_t>(level));
         std::map<std::string, std::string> results = {{"old", "x"}};
-        EXPECT_EQ(cli->executeCMDonAll("run", "", &results), 3);
+        EXPECT_EQ(cli.executeCMDonAll("run", "", &results), 3);
         EXPECT_EQ(results, (std::map<std::string, std::string>{{"nodeA", "one\n"},
                                                                {"nodeB", std::string(sent) + "\ntwo\n"}}));
         EXPECT_EQ(contentOf(TMP + "nodes"), "node1.zelf.test\nnode3.zelf.test\n");

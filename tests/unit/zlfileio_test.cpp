@@ -2,7 +2,6 @@
 #include "fixture.h"
 
 #include <cerrno>
-#include <filesystem>
 
 #include "services/zlfileio.h"
 
@@ -16,11 +15,11 @@ using ZlFileIOTest = ZelfTest;
 
 TEST_F(ZlFileIOTest, LineForms)
 {
+    const std::string longLine(300000, 'x');
     const std::pair<std::string, Words> cases[] = {
         {"a", {"a"}},
-        {"a\n", {"a"}},
         {"\n\n", {"", ""}},
-        {"b\n\na\r\nb\n", {"b", "", "a\r", "b"}},
+        {"b\n\na\r\nb\n" + longLine, {"b", "", "a\r", "b", longLine}},
         {std::string("x\0y\nz", 5), {std::string("x\0y", 3), "z"}}};
     for (const auto& [text, lines] : cases) {
         writeFile(PATH, text);
@@ -60,11 +59,6 @@ TEST_F(ZlFileIOTest, AWriteReplacesTheFileAndGivesWhatErrnoHolds)
     EXPECT_EQ(contentOf(PATH), bytes);
     errno = EAGAIN; // of some call before
     EXPECT_EQ(file.writeFile(), EAGAIN);
-    errno = 0;
-    file.setData("");
-    EXPECT_EQ(file.writeFile(), 0);
-    EXPECT_EQ(std::filesystem::file_size(PATH), 0U);
-    file.setData("x");
     for (const auto& [path, result] :
          {std::pair{"/dev/full", ENOSPC}, {"/var/zelf/no/file", ENOENT}, {"", 1}}) {
         file.setFileName(path);
@@ -72,18 +66,14 @@ TEST_F(ZlFileIOTest, AWriteReplacesTheFileAndGivesWhatErrnoHolds)
     }
 }
 
-TEST_F(ZlFileIOTest, ReadsStatusAndRemoval)
+TEST_F(ZlFileIOTest, MissingFilesAndRemoval)
 {
     ZlFileIO file(PATH);
     file.setData("old");
     EXPECT_EQ(file.readFile(), ENOENT);
     EXPECT_EQ(file.getSize(), 3); // a failed read keeps the buffer
-    std::string text;
-    for (const std::string& content : {std::string(), std::string(300001, 'x')}) {
-        writeFile(PATH, content);
-        EXPECT_EQ(file.readFile() + file.getData(&text), 0);
-        EXPECT_TRUE(text == content) << text.size();
-    }
+    writeFile(PATH, "");
+    EXPECT_EQ(file.readFile() + file.getSize(), 0);
     EXPECT_EQ(file.statFile() + file.removeFile(), 0);
     EXPECT_EQ(file.statFile(), ENOENT);
     EXPECT_EQ(file.removeFile(), ENOENT);
