@@ -92,12 +92,9 @@ TEST_F(ZlCmdTest, OptionsWithAnOptionalValue)
     }
     options.push_back({"--must", ZlCmd::NO_OR_ANY, "", true});
     EXPECT_EQ(validated(command(options), "g --must"), "g --must");
-    const std::string type = "\n\nAdditional messages:\nRequired argument type: ";
     expectEnd([&] { validated(cmd, "g --opt x"); }, 1, "",
-              "zelfhome sub: Invalid value: 'x'" + type + "member of {A | B}\n");
-    // The first fault in the order of the line counts, whatever is missing.
-    expectEnd([&] { validated(cmd, "--n --text --opt y"); }, 1, "",
-              "zelfhome sub: Invalid value: '--text'" + type + "INTEGER\n");
+              "zelfhome sub: Invalid value: 'x'\n\nAdditional messages:\n"
+              "Required argument type: member of {A | B}\n");
     expectEnd([&] { validated(command(options), "g --opt --must"); }, 1, "", "Missing arguments.\n");
 }
 

@@ -72,7 +72,6 @@ TEST_F(ZlErrorServiceTest, Durations)
 {
     const std::tuple<timeval, timeval, const char*> cases[] = {{{5, 0}, {6, 5}, "1.5 sec"}, // not padded
                                                                {{5, 999998}, {7, 3}, "1.5 sec"},
-                                                               {{5, 7}, {5, 7}, "0.0 sec"},
                                                                {{5, 0}, {5, 203150}, "0.203150 sec"}};
     for (const auto& [begin, end, text] : cases) {
         ZlTime time;

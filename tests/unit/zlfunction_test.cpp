@@ -143,14 +143,14 @@ TEST_F(ZlFunctionTest, ATaskFromItsStartToItsEnd)
 
 TEST_F(ZlFunctionTest, TheResultOfTheFunctionIsTheStateOfTheLock)
 {
-    execute(succeed);
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(contentOf(KEY), "x:3:node1.zelf.test," + run.worker + ",success,5\n");
-    expectIn(contentOf(TMP + "my.tool.child.log"), "terminate child with rc = 0\n");
-    SetUp();
-    execute([] { return -2; });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(contentOf(TMP + "my.tool.child.log"), "");
+    for (const auto& [function, state] : {std::pair{&succeed, "success"}, {+[] { return -2; }, "failed"}}) {
+        SetUp();
+        execute(function);
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(contentOf(KEY), "x:3:node1.zelf.test," + run.worker + "," + state + ",5\n");
+        // The log tells a success, and nothing of what goes below the failures.
+        EXPECT_EQ(contentOf(TMP + "my.tool.child.log").empty(), function != succeed);
+    }
 }
 
 TEST_F(ZlFunctionTest, ATaskWithoutItsWorkerLeavesTheEntryAsItIs)
@@ -245,4 +245,5 @@ TEST_F(ZlFunctionTest, TheLockInAFile)
     EXPECT_EQ(file.getKeyValue("key"), NumberAndText(7, "v")); // the version as given
     EXPECT_TRUE(file.delKey("key", -1));
     EXPECT_FALSE(file.delKey("key", -1));
+    EXPECT_EQ(file.getKeyValue("key"), NumberAndText(-1, ""));
 }

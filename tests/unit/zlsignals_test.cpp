@@ -150,4 +150,6 @@ TEST_F(ZlSignalsTest, HandlersCanBeBoundAnew)
     expectEnd([] { ZlErrorService::addSignal(SIGKILL, ZlErrorService::signalHandler); }, 1, "",
               "Define signal handler failed.\n");
     expectIn(contentOf(LOG), "ZlErrorService::addSigna Setting new action failed. Terminate.\n");
+    expectEnd([] { ZlErrorService::addSignal(SIGKILL, SIG_DFL); }, 1, "",
+              "Define default signal handling failed.\n");
 }
