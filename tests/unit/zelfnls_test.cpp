@@ -48,6 +48,7 @@ TEST_F(ZelfNlsTest, TextsComeFromTheCatalogueWhileItIsOpen)
     EXPECT_EQ(CatGets(66, 6, text), text);
     setenv("NLSPATH", (TMP + "missing/%N").c_str(), 1);
     InitZelfNLS();
+    EXPECT_EQ(CatHandle, nullptr);
     EXPECT_EQ(CatGets(66, 6, text), text);
 }
 

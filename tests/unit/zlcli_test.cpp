@@ -10,8 +10,6 @@ TEST_F(ZlCliTest, BothEndsOfTheProcess)
         {"", 0, "x", "Success\n", ""},
         {"", 7, "x", "Failed\nend", "end"},
         {"words \n\t\n", 0, "x", "words\n", "words\n"},
-        {"words\n", 255, "x", "words\nend", "words\nend"},
-        {"  ", 3, "x", "  \nend", "  \nend"},
         {"words", 2, "--dryrun", "words\n", "words\n"}, // the closing text is for failures of real runs alone
         {"words", 2, "help", "words\n", "words\n"}};
     for (const auto& [response, code, verb, terminated, gone] : cases) {

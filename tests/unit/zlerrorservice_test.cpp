@@ -3,7 +3,6 @@
 
 #include <cstdlib>
 #include <ctime>
-#include <filesystem>
 #include <sys/time.h>
 
 #include "services/zltime.h"
@@ -56,16 +55,6 @@ TEST_F(ZlErrorServiceTest, SectionsOfOneProcessShareTheirStart)
     const std::string debug = contentOf(DEBUG_LOG);
     EXPECT_EQ(log.substr(log.size() - end.size()) + debug.substr(debug.size() - end.size()), end + end);
     EXPECT_EQ(debug.find("detail"), std::string::npos);
-}
-
-TEST_F(ZlErrorServiceTest, EmptyListsLeaveTheirFilesAlone)
-{
-    service.pushDebugMsg("detail");
-    service.writeTrace();
-    const std::string debug = contentOf(DEBUG_LOG);
-    service.writeTrace();
-    EXPECT_FALSE(std::filesystem::exists(LOG));
-    EXPECT_EQ(contentOf(DEBUG_LOG), debug);
 }
 
 TEST_F(ZlErrorServiceTest, Durations)
