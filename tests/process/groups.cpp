@@ -125,14 +125,19 @@ TEST_F(Installation, GroupListShowsNamesAndHolesInThem)
     EXPECT_EQ(runTool("group list"), failed("No callhome group defined."));
     configure(topology(group("west", "node1", "node1,node2", "") +
                        "    <callhomeGroup>\n        name = odd\n        callhomeChildNodes = "
-                       "node2.zelf.test,,gone\n    </callhomeGroup>\n"));
+                       "node2.zelf.test,,gone\n    </callhomeGroup>\n"
+                       "    <callhomeGroup>\n        name = lost\n        callhomeChildNodes = child\n"
+                       "        callhomeNode = server\n    </callhomeGroup>\n"));
     EXPECT_EQ(runTool("group list"), success("callHomeGroup   callHomeNode   callHomeChildNodes    \n"
                                              "--------------- -------------- --------------------- \n"
+                                             "lost            ------         ------                \n"
                                              "odd             ------         node2,------,------   \n"
                                              "west            node1          node1,node2           \n"));
+    EXPECT_EQ(requests(), (Strings{"zelfadm host server", "zelfadm host child", "zelfadm host gone"}));
     EXPECT_EQ(runTool("group ls --LONG -Y"),
               success("zelfhome:groupLs:HEADER:version:reserved:reserved:callHomeGroup:callHomeNode:"
                       "callHomeChildNodes:\n"
+                      "zelfhome:groupLs:0:1:::lost:------:------:\n"
                       "zelfhome:groupLs:0:1:::odd:------:node2.zelf.test,------,------:\n"
                       "zelfhome:groupLs:0:1:::west:node1.zelf.test:node1.zelf.test,node2.zelf.test:\n"));
 }
@@ -142,7 +147,7 @@ TEST_F(Installation, GroupListShowsNamesAndHolesInThem)
 TEST_F(Installation, GroupAutoDeploysTheGlobalSettingsToNewServersOnly)
 {
     writeFile(ALL_NODES, "node1\nnode2\n");
-    writeFile(SERVERS, "node1\nnode2\n");
+    writeFile(SERVERS, "node1\nnode2\nnobody\n");
     configure(
         topology(group("old", "node1", "node1", "5.0"), "customer-name = O'Neil 50%\nweekly = enabled\n"));
     answer("zelfrun", HEALTHY);
@@ -150,15 +155,15 @@ TEST_F(Installation, GroupAutoDeploysTheGlobalSettingsToNewServersOnly)
     EXPECT_EQ(requests(),
               (Strings{"zelfautoconfig --server node2.zelf.test",
                        "zelfchclass CALLHOME_SERVERS replace -N node1.zelf.test",
-                       "zelfcrclass CALLHOME_CLIENTS -N node1.zelf.test",
+                       "zelfcrclass CALLHOME_CLIENTS -N node1.zelf.test", "zelfadm host nobody",
                        R"(onall execzelfhome_2 '"info change %2D%2Dcustomer%2Dname O%27Neil%2050%25"')",
-                       R"(onall execzelfhome_2 '"proxy disable"')",
-                       R"(onall execzelfhome_2 '"schedule add %2D%2Dtask WEEKLY"')"}));
-    EXPECT_EQ(readFile("/var/zelf/nodes"), "node2|\nnode2|\nnode2|\n");
+                       "zelfadm host nobody", R"(onall execzelfhome_2 '"proxy disable"')",
+                       "zelfadm host nobody", R"(onall execzelfhome_2 '"schedule add %2D%2Dtask WEEKLY"')"}));
+    EXPECT_EQ(readFile("/var/zelf/nodes"), "node2\nnobody|\nnode2\nnobody|\nnode2\nnobody|\n");
     // With --force every server gets them.
     std::filesystem::remove("/var/zelf/nodes");
     runTool("group auto --force");
-    EXPECT_EQ(readFile("/var/zelf/nodes").substr(0, 12), "node1\nnode2|");
+    EXPECT_EQ(readFile("/var/zelf/nodes").substr(0, 19), "node1\nnode2\nnobody|");
 }
 
 TEST_F(Installation, GroupAutoWithEnableStoresTheCapabilityFirst)
