@@ -25,7 +25,7 @@ bool copyBytes(int source, off_t begin, off_t end, int target)
     while (begin < end && copied > 0) {
         copied = sendfile(target, source, &begin, static_cast<size_t>(end - begin));
     }
-    if (copied >= 0 || errno != EINVAL) {
+    if (copied >= 0 || (errno != EINVAL && errno != ENOSYS)) {
         return copied >= 0;
     }
     // A file system that knows no such copy.
