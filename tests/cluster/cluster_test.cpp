@@ -5,6 +5,8 @@
 
 namespace {
 
+const std::string NO_GROUP = "<callhomeTopology>\n</callhomeTopology>\nenabled = true\n";
+
 // A configuration with one group: node1 the server, node1 and node2 the children.
 const std::string ONE_GROUP = R"(<callhomeTopology>
     <callhomeGroup>
@@ -32,7 +34,7 @@ protected:
     void SetUp() override
     {
         ASSERT_EQ(lab("start-support").status, 0);
-        seed("<callhomeTopology>\n</callhomeTopology>\nenabled = true\n");
+        seed(NO_GROUP);
     }
     void TearDown() override
     {
@@ -116,6 +118,13 @@ TEST_F(Cluster, AutomaticGroupsReachTheNewServers)
     EXPECT_EQ(made.status, 0) << made.out << made.err;
     expectIn(made.out, "zelfhome: [I] deploy configuration.\nSuccess\n");
     expectIn(lab("calls").out, "node3 zelfmonc callhome changeConfig customer-name O\\'Neil\\ \\&\\ 50%");
+
+    // A new server that cannot be reached.
+    seed(NO_GROUP);
+    ASSERT_EQ(lab("stop-ssh node3").status, 0);
+    const Outcome unreached = onNode("node2", "zelfhome group auto --server node3");
+    EXPECT_EQ(unreached.status, 1);
+    expectIn(unreached.err, "Problem with zelfrun/zelfremote. See /var/zelf/tmp/zelfhome.log for details\n");
     EXPECT_FALSE(temporaryFilesOn("node2"));
 }
 

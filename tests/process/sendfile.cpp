@@ -120,7 +120,7 @@ TEST_F(SendFile, EveryFailureIsToldAheadOfTheFork)
 
 TEST_F(SendFile, ChunksAreWholeNamedByIndexAndToldByOffset)
 {
-    for (const size_t size : {0, 10, 11, 205}) {
+    for (const size_t size : {0, 1, 9, 10, 11, 205}) {
         SCOPED_TRACE(size);
         SetUp();
         writeFile(FILE_TO_SEND, bytes(size));

@@ -2,7 +2,8 @@
 #include "support/installation.h"
 
 // Every verb on both roads of the old-master gate: the command line; what the helper program gets from a
-// member of an old group; what the monitoring service gets otherwise, empty for a list, which asks nobody.
+// member of an old group; what the monitoring service gets otherwise, outside every group, too. Empty for a
+// list, which asks nobody.
 const std::tuple<std::string, std::string, std::string> ROADS[] = {
     {"capability enable", "capability enable", "enabled true"},
     {"capability disable", "capability disable", "enabled false"},
@@ -30,18 +31,18 @@ TEST_F(Installation, TheOldMasterGateDividesTheRoads)
     inEach(ROADS, [](const std::string& line, const std::string& helper, const std::string& service) {
         const std::string global =
             "proxy-location = p\nproxy-port = 1\nproxy-username = u\nproxy-password = x\n";
-        configure(topology(group("g", "node2", "node1,node2", "4.2.3.6"), global));
-        EXPECT_EQ(runTool(line).status, 0);
-        EXPECT_EQ(calls(), startThen(helper.empty() ? Strings{} : Strings{"callhomeutils.pl " + helper}));
-        configure(topology(group("g", "node2", "node1,node2", "4.2.3.7"), global));
-        EXPECT_EQ(runTool(line).status, 0);
-        EXPECT_EQ(calls(), startThen(service.empty() ? Strings{}
-                                                     : Strings{"zelfmonc callhome changeConfig " + service}));
+        const Strings toHelper = helper.empty() ? Strings{} : Strings{"callhomeutils.pl " + helper};
+        const Strings toService =
+            service.empty() ? Strings{} : Strings{"zelfmonc callhome changeConfig " + service};
+        for (const std::string version : {"", "4.2.3.6", "4.2.3.7", "4.2.3.8"}) {
+            configure(topology(version.empty() ? "" : group("g", "node2", "node1,node2", version), global));
+            EXPECT_EQ(runTool(line).status, 0) << version;
+            EXPECT_EQ(calls(), startThen(version == "4.2.3.6" ? toHelper : toService)) << version;
+        }
     });
 }
 
 const std::tuple<const char*, std::string, bool> GATES[] = {
-    {"no group", "", false},
     {"outside the group", group("g", "node2", "node2,node3", "4.2.3.6"), false},
     {"no version", group("g", "node2", "node1,node2", ""), true},
     {"version unknown", group("g", "node2", "node1,node2", "unknown"), true},

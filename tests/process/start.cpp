@@ -77,6 +77,14 @@ TEST_F(Installation, StartCallsAndEndsAsItShould)
     });
 }
 
+TEST_F(Installation, StartWithoutItsClientEndsInTheShellsWords)
+{
+    shell("rm bin/zelfmonc");
+    const Result result = runTool("info list");
+    EXPECT_EQ(result.status, 127);
+    EXPECT_NE(result.err.find("/opt/zelf/bin/zelfmonc: not found\n"), std::string::npos) << result;
+}
+
 // Ahead of main() the log has no name of its own yet.
 TEST_F(Installation, StartWithoutAClusterFileTalksToTheLogAlone)
 {

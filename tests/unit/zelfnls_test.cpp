@@ -3,12 +3,23 @@
 
 #include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <stdio_ext.h>
 
 #include "services/zelfnls.h"
 
 namespace {
+
+bool isBlocked(int signal)
+{
+    sigset_t mask;
+    sigprocmask(SIG_BLOCK, nullptr, &mask);
+    return sigismember(&mask, signal) == 1;
+}
+
+bool wasBlocked = false; // SIGUSR1, in the lookup seen last
 
 class ZelfNlsTest : public ZelfTest {
 protected:
@@ -31,6 +42,13 @@ protected:
 
 } // namespace
 
+extern "C" char* catgets(nl_catd catalogue, int set, int number, const char* text) noexcept
+{
+    static const auto next = reinterpret_cast<decltype(&catgets)>(dlsym(RTLD_NEXT, "catgets"));
+    wasBlocked = isBlocked(SIGUSR1);
+    return next(catalogue, set, number, text);
+}
+
 TEST_F(ZelfNlsTest, TextsComeFromTheCatalogueWhileItIsOpen)
 {
     const char* const text = "default";
@@ -52,13 +70,14 @@ TEST_F(ZelfNlsTest, TextsComeFromTheCatalogueWhileItIsOpen)
     EXPECT_EQ(CatGets(66, 6, text), text);
 }
 
-TEST_F(ZelfNlsTest, ALookupKeepsTheErrorNumber)
+TEST_F(ZelfNlsTest, ALookupKeepsTheErrorNumberAndHoldsTheAnswerToSIGUSR1)
 {
     InitZelfNLS();
     for (const int number : {0, 1, 35, 122, 130, -3}) {
         errno = number;
         CatGets(66, 1000, "default"); // a failure, which sets errno
         EXPECT_EQ(errno, number);
+        EXPECT_TRUE(wasBlocked && !isBlocked(SIGUSR1));
     }
 }
 

@@ -24,32 +24,37 @@ using ZlSignalsTest = ZelfTest;
 TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
 {
     const std::pair<int, const char*> signals[] = {
-        {SIGHUP, "SIGHUP (1)"},   {SIGINT, "SIGINT (2)"},   {SIGQUIT, "SIGQUIT (3)"}, {SIGILL, "SIGILL (4)"},
-        {SIGTRAP, "SIGTRAP (5)"}, {SIGABRT, "SIGABRT (6)"}, {SIGTERM, "SIGTERM (15)"}};
+        {SIGHUP, "SIGHUP (1)"},    {SIGINT, "SIGINT (2)"},    {SIGQUIT, "SIGQUIT (3)"},
+        {SIGILL, "SIGILL (4)"},    {SIGTRAP, "SIGTRAP (5)"},  {SIGABRT, "SIGABRT (6)"},
+        {SIGTERM, "SIGTERM (15)"}, {SIGSEGV, "SIGSEGV (11)"},
+    };
     for (const auto& [number, name] : signals) {
+        SCOPED_TRACE(name);
         SetUp();
-        expectEnd([number = number] { raise(number); }, 1, UNEXPECTED, "");
         const std::string received = std::string("\nInterrupt signal ") + name + " received.\n\n";
-        expectIn(contentOf(LOG), received + LAST);
-    }
-}
+        const std::string next = number == SIGSEGV ? "Stack Trace\n" : LAST;
+        expectEnd([number = number] { raise(number); }, 1, UNEXPECTED, "");
+        expectIn(contentOf(LOG), received + next);
+        expectIn(contentOf(DEBUG_LOG), received);
 
-TEST_F(ZlSignalsTest, ACrashWithinACommandOfTheToolLeavesTheStack)
-{
-    // The shell of the command may have put the program in its own place.
-    install("zelfctl", "read -r name </proc/$PPID/comm; [ $name = sh ] && kill -SEGV $(ps -o ppid= -p $PPID) "
-                       "|| kill -SEGV $PPID");
-    expectEnd([] { execl(ZELFHOME_TOOL, "child", "info", "list", nullptr); }, 1, UNEXPECTED, "");
-    const std::string log = contentOf(TMP + "child.log");
-    const std::string begin = "\nInterrupt signal SIGSEGV (11) received.\n\nStack Trace\n";
-    expectIn(log, "_executeCMD cmd = /opt/zelf/bin/zelfctl nqStatus");
-    expectIn(log, begin);
-    expectIn(log, LAST);
-    const std::string stack = log.substr(log.find(begin) + begin.size());
-    expectIn(stack, "(_Z11_executeCMD");
-    expectIn(stack, "(main+");
-    // At most 20 frames, an empty line, and two lines behind them.
-    EXPECT_LE(std::count(stack.begin(), stack.end(), '\n'), 20 + 1 + 2);
+        // The tool itself, from within a command: its shell may have put the program in its own place.
+        install("zelfctl", "read -r name </proc/$PPID/comm; tool=$PPID; "
+                           "[ $name != sh ] || tool=$(ps -o ppid= -p $PPID); kill -" +
+                               std::to_string(number) + " $tool; sleep 0.1");
+        expectEnd([] { execl(ZELFHOME_TOOL, "child", "info", "list", nullptr); }, 1, UNEXPECTED, "");
+        const std::string log = contentOf(TMP + "child.log");
+        expectIn(log, "_executeCMD cmd = /opt/zelf/bin/zelfctl nqStatus");
+        expectIn(log, received + next);
+        expectIn(log, LAST);
+        expectIn(contentOf(TMP + "debugchild.log"), received);
+        if (number == SIGSEGV) {
+            const std::string stack = log.substr(log.find(next) + next.size());
+            expectIn(stack, "(_Z11_executeCMD");
+            expectIn(stack, "(main+");
+            // At most 20 frames, an empty line, and two lines behind them.
+            EXPECT_LE(std::count(stack.begin(), stack.end(), '\n'), 20 + 1 + 2);
+        }
+    }
 }
 
 TEST_F(ZlSignalsTest, EachCommandLeavesOneLineOfItsEnd)
