@@ -135,6 +135,9 @@ TEST_F(ZlClusterInfoTest, ManagerAndCollector)
         EXPECT_EQ(Info::getManagerNode(), node) << reply;
         EXPECT_EQ(calls(), "zelfmgr [-c]\n");
     }
+    service.writeTrace();
+    expectIn(contentOf(TMP + "test.log"),
+             "::getManagerNode: list nodes manager rc = 1\n    response: a b c node3 d\n\n");
     const std::pair<const char*, const char*> collectors[] = {
         {"echo 'aa:standby;bb:active' >$3", "bb"},
         {"echo 'aa:standby' >$3", "aa"},
