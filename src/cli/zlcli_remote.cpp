@@ -1,14 +1,13 @@
 // Commands on other nodes: the decision per command, the encoded command line, and the dispatch commands.
 #include "cli/zlcli.h"
 
-#include <cstdlib>
 #include <iostream>
 #include <string_view>
-#include <unistd.h>
 
 #include "cli/zlcmd.h"
 #include "cluster/zlclusterinfo.h"
 #include "services/executecmd.h"
+#include "services/tempfile.h"
 #include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
 #include "services/zlutils.h"
@@ -227,18 +226,6 @@ int ZlCli::executeCMD(const std::string& cmd, std::vector<std::string>* lines)
 
 namespace {
 
-// Makes an empty temporary file and gives its name; empty on failure.
-std::string makeTempFile()
-{
-    std::string name = "/var/zelf/tmp/zlTemp.XXXXXXX";
-    const int file = mkstemp(name.data());
-    if (file < 0) {
-        return emptyStrg;
-    }
-    close(file);
-    return name;
-}
-
 // Sorts the lines of "onall", each a node, a colon, two blanks and a text, into one text a node. The headers
 // of colon records go ahead of all nodes, each once: their keys begin with a blank.
 void collectByNode(const std::vector<std::string>& lines, bool machineReadable,
@@ -282,20 +269,20 @@ int ZlCli::executeCMDonAll(const std::string& remoteCmd, const std::string& opti
     }
     errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: remote nodes: " + toString(nodes, ","));
 
-    const std::string nodeFile = makeTempFile();
-    const std::string rejectFile = makeTempFile();
-    if (nodeFile.empty() || rejectFile.empty()) {
+    TempFile nodeFile;
+    TempFile rejectFile;
+    if (nodeFile.getName().empty() || rejectFile.getName().empty()) {
         errorServiceP->pushDebugMsg("ZlCli::executeCMDonAll: cannot create temp file");
         errorServiceP->pushNewMsg("Please check access and disk space for /var/zelf/tmp");
-        unlink(nodeFile.c_str());
+        nodeFile.remove();
         userResponse = "Cannot create temp file";
         terminateProgram(1);
     }
-    ZlFileIO file(nodeFile);
+    ZlFileIO file(nodeFile.getName());
     file.setData(&nodes);
     file.writeFile();
 
-    std::string command = REMOTE_ONALL + nodeFile + " " + rejectFile + " " + remoteCmd;
+    std::string command = REMOTE_ONALL + nodeFile.getName() + " " + rejectFile.getName() + " " + remoteCmd;
     getClusterMinReleaseLevel();
     if (level < ENCODED_LINE_LEVEL) {
         errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: depricated code used.");
@@ -309,8 +296,8 @@ int ZlCli::executeCMDonAll(const std::string& remoteCmd, const std::string& opti
     }
     std::vector<std::string> lines;
     const int code = executeCMD(command, &lines);
-    unlink(nodeFile.c_str());
-    unlink(rejectFile.c_str());
+    nodeFile.remove();
+    rejectFile.remove();
 
     const bool machineReadable = getMachineReadableOutput();
     if (results != nullptr) {

@@ -1,34 +1,15 @@
 #include "commands/zlcallhome_utils.h"
 
-#include <array>
-#include <cstdlib>
-#include <fcntl.h>
 #include <fstream>
 #include <string_view>
-#include <unistd.h>
 
 #include "cli/zlcli.h"
 #include "services/executecmd.h"
+#include "services/tempfile.h"
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
 
 namespace {
-
-// A temporary file below /var/zelf/tmp, open from its making on.
-struct TempFile {
-    std::string name = "/var/zelf/tmp/zlTemp.XXXXXXX";
-    int descriptor = mkostemp(name.data(), O_CLOEXEC);
-
-    TempFile() = default;
-    TempFile(const TempFile&) = delete;
-    TempFile& operator=(const TempFile&) = delete;
-    ~TempFile()
-    {
-        if (descriptor >= 0) {
-            close(descriptor);
-        }
-    }
-};
 
 // What the dispatch tool puts between node and answer.
 constexpr std::string_view MARKER = ":  ";
@@ -66,33 +47,34 @@ NodeProbeResult executeOnNodes(std::vector<std::string> nodes, const std::string
 {
     ZL_TRACE();
     NodeProbeResult result;
-    const TempFile nodeFile;
-    const TempFile rejectFile;
-    if (nodeFile.descriptor < 0 || rejectFile.descriptor < 0) {
+    TempFile nodeFile;
+    TempFile rejectFile;
+    if (nodeFile.getName().empty() || rejectFile.getName().empty()) {
+        // What was made stays behind: support looks for it.
+        nodeFile.keep();
+        rejectFile.keep();
         ZlErrorService::errorServiceP->pushNewMsg("Could not create temp file in /var/zelf/tmp");
         result.unreached = std::move(nodes);
         return result;
     }
     ZlErrorService::errorServiceP->pushNewMsg("Executing remote command on the following nodes: " +
                                               containerToString(nodes, "|"));
-    std::ofstream list(nodeFile.name, std::ios::binary);
+    std::ofstream list(nodeFile.getName(), std::ios::binary);
     list << containerToString(nodes, "\n");
     list.close();
     if (!list) {
         // Half a list would blame the nodes of the other half.
         ZlErrorService::errorServiceP->pushNewMsg("Could not write temp file in /var/zelf/tmp");
-        unlink(nodeFile.name.c_str());
-        unlink(rejectFile.name.c_str());
         result.unreached = std::move(nodes);
         return result;
     }
 
     std::vector<std::string> lines;
-    result.exitCode =
-        _executeCMD(ZlCli::REMOTE_ONALL + nodeFile.name + " " + rejectFile.name + " " + command, &lines);
-    unlink(nodeFile.name.c_str());
-    result.unreached = readLines(rejectFile.name);
-    unlink(rejectFile.name.c_str());
+    result.exitCode = _executeCMD(
+        ZlCli::REMOTE_ONALL + nodeFile.getName() + " " + rejectFile.getName() + " " + command, &lines);
+    nodeFile.remove();
+    result.unreached = readLines(rejectFile.getName());
+    rejectFile.remove();
 
     for (const std::string& line : lines) {
         const size_t mark = line.find(MARKER);
