@@ -5,9 +5,7 @@
 // First of all: brings up the standard streams, which a signal handler may need as early as the lines below.
 #include <iostream>
 
-#include "callhome/zlcallhome.h"
 #include "cli/zlcli.h"
-#include "cli/zlcmd.h"
 #include "cluster/zlclusterinfo.h"
 #include "services/zlccrservice.h"
 #include "services/zlcomparatorfactory.h"
@@ -47,35 +45,7 @@ ZlErrorService* ZlTable::errorServiceP = ZlErrorService::getInstance();
 ZlErrorService* ZlComparatorFactory::errorServiceP = ZlErrorService::getInstance();
 ZlErrorService* ZlCli::errorServiceP = ZlErrorService::getInstance();
 
-// --- texts of the command framework and the configuration ------------------------------------------------
-
-const std::string ZlCli::optstring = "-:N:aI?hHYv";
-const std::string ZlCli::REMOTE_ONE1 = "/opt/zelf/bin/zelfrun on1 ";
-const std::string ZlCli::REMOTE_ONALL = "/opt/zelf/bin/zelfrun onall ";
-const std::string ZlCli::REMOTE_PRE_CMD = " execzelfhome $(/opt/zelf/bin/zelfadm fullEncode '";
-const std::string ZlCli::REMOTE_POST_CMD = "' ) 2>&1";
-
-const std::string ZlCmd::userResponseMissingValue = "Missing value. ";
-const std::string ZlCmd::userResponseInvalidValue = "Invalid value: ";
-const std::string ZlCmd::userResponseMissingArg = "Missing arguments. ";
-const std::string ZlCmd::userResponseInvalidArg = "Invalid argument: ";
-const std::string ZlCmd::userResponseInvalidLevel = "Invalid release:";
-const std::string ZlCmd::userResponseIncorrectOption = "Incorrect option: ";
-
-const std::string ZlCallhome::TOPOLOGY_LABEL = "topology";
-const std::string ZlCallhome::GLOBAL_LABEL = "global";
-const std::string ZlCallhome::GROUP_LABEL = "group";
-const std::string ZlCallhome::ccrFile = "_callhomeconfig";
-
 // --- the cluster -----------------------------------------------------------------------------------------
-
-const std::string ZlClusterInfo::NODES_FILE_PATH = "/var/zelf/gen/nodeFiles/";
-const std::string ZlClusterInfo::NODES_FILE_PREFIX = "zelf";
-const std::string ZlClusterInfo::NODES_FILE_USER_PREFIX = "user";
-const std::string ZlClusterInfo::NODES_FILE_IPA = ".ipa";
-const std::string ZlClusterInfo::ZELFCRCLASS = "/opt/zelf/bin/zelfcrclass";
-const std::string ZlClusterInfo::ZELFCHCLASS = "/opt/zelf/bin/zelfchclass";
-const std::string ZlClusterInfo::ZELFDELCLASS = "/opt/zelf/bin/zelfdelclass";
 
 ZlClusterInfo::NodeSet* ZlClusterInfo::nodesP = new NodeSet;
 ZlClusterInfo::NameSet* ZlClusterInfo::nodeDefinitionP = new NameSet;

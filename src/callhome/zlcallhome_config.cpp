@@ -20,6 +20,11 @@
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
 
+const std::string ZlCallhome::TOPOLOGY_LABEL = "topology";
+const std::string ZlCallhome::GLOBAL_LABEL = "global";
+const std::string ZlCallhome::GROUP_LABEL = "group";
+const std::string ZlCallhome::ccrFile = "_callhomeconfig";
+
 namespace {
 
 // What a value reads as when it is missing; a stored value of this text counts as missing too.

@@ -8,6 +8,8 @@
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
 
+const std::string ZlCli::optstring = "-:N:aI?hHYv";
+
 namespace {
 
 bool isHelpWord(std::string_view arg)

@@ -12,6 +12,11 @@
 #include "services/zlfileio.h"
 #include "services/zlutils.h"
 
+const std::string ZlCli::REMOTE_ONE1 = "/opt/zelf/bin/zelfrun on1 ";
+const std::string ZlCli::REMOTE_ONALL = "/opt/zelf/bin/zelfrun onall ";
+const std::string ZlCli::REMOTE_PRE_CMD = " execzelfhome $(/opt/zelf/bin/zelfadm fullEncode '";
+const std::string ZlCli::REMOTE_POST_CMD = "' ) 2>&1";
+
 namespace {
 
 constexpr std::string_view FULL_ENCODE_SET = "\t\n !\"#$%&'()*+,-./:;<=>?@[\\]^_`{|}~";

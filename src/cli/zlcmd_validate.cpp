@@ -9,6 +9,13 @@
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
 
+const std::string ZlCmd::userResponseMissingValue = "Missing value. ";
+const std::string ZlCmd::userResponseInvalidValue = "Invalid value: ";
+const std::string ZlCmd::userResponseMissingArg = "Missing arguments. ";
+const std::string ZlCmd::userResponseInvalidArg = "Invalid argument: ";
+const std::string ZlCmd::userResponseInvalidLevel = "Invalid release:";
+const std::string ZlCmd::userResponseIncorrectOption = "Incorrect option: ";
+
 // Gives program, subject and verb, as result messages name a command.
 std::string ZlCmd::commandText() const
 {

@@ -6,6 +6,14 @@
 #include "services/zlfileio.h"
 #include "services/zlutils.h"
 
+const std::string ZlClusterInfo::NODES_FILE_PATH = "/var/zelf/gen/nodeFiles/";
+const std::string ZlClusterInfo::NODES_FILE_PREFIX = "zelf";
+const std::string ZlClusterInfo::NODES_FILE_USER_PREFIX = "user";
+const std::string ZlClusterInfo::NODES_FILE_IPA = ".ipa";
+const std::string ZlClusterInfo::ZELFCRCLASS = "/opt/zelf/bin/zelfcrclass";
+const std::string ZlClusterInfo::ZELFCHCLASS = "/opt/zelf/bin/zelfchclass";
+const std::string ZlClusterInfo::ZELFDELCLASS = "/opt/zelf/bin/zelfdelclass";
+
 int ZlClusterInfo::saveNodeDefinition(const char* text, NameSet* words)
 {
     ZL_TRACE();
