@@ -80,6 +80,8 @@ expect "columns of the page" "$columns" \
 expect "columns of the reference" "$columns" \
     "$(sed -n '/^## Columns/,/^- /s/^| `\([a-z]* list\)` | \(.*\) |/\1: \2/p' "$ROOT/docs/machine-readable.md" | tr -d '`,' | sort)"
 
+expect "messages" "" "$(python3 "${BASH_SOURCE[0]%/*}/messages.py" "$ROOT/src" "$PAGE")"
+
 # The command lines of the examples pass the tool's checks. Their output is held against the demo by transcripts.bash.
 count=0
 while IFS= read -r line; do
