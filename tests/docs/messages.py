@@ -22,8 +22,8 @@ At least one non valid|Required:|Define signal|Define default signal|ZlErrorServ
 is starting at|worker done|workers execution|Lock:|process still alive|current process state|. But specified ID|
 ccr vput|invalid key|Invalid version|getLastError|error while open file|No data available|vector comp|unary comp"""
 
-TRACE = re.compile(r"\b(push(New|Debug)Msg|_?executeCMD|ioError|trace\w*)\(|#include")
-TOKEN = re.compile(r"""//[^\n]*|"(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])+'|[;{}]|[^"'/;{}]+|.""", re.S)
+TRACE = re.compile(r"\b(push(New|Debug)Msg|_?executeCMD|ioError|trace\w*)\(")
+TOKEN = re.compile(r"""^#[^\n]*|//[^\n]*|"(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])+'|[;{}]|[^"'/;{}]+|.""", re.S | re.M)
 
 
 def plain(text):
@@ -33,7 +33,7 @@ def plain(text):
 def messages(source):
     code, texts, is_behind_text = "", [], False
     for token in TOKEN.findall(source):
-        if token.startswith("//"):
+        if token.startswith(("#", "//")):
             continue
         if token[0] == '"':
             texts.append((texts.pop() if is_behind_text else "") + token[1:-1])
