@@ -23,7 +23,7 @@ is starting at|worker done|workers execution|Lock:|process still alive|current p
 ccr vput|invalid key|Invalid version|getLastError|error while open file|No data available|vector comp|unary comp"""
 
 TRACE = re.compile(r"\b(push(New|Debug)Msg|_?executeCMD|ioError|trace\w*)\(")
-TOKEN = re.compile(r"""^#[^\n]*|//[^\n]*|"(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])+'|[;{}]|[^"'/;{}]+|.""", re.S | re.M)
+TOKEN = re.compile(r"""//[^\n]*|"(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])+'|[;{}]|[^"'/;{}]+|.""", re.S)
 
 
 def plain(text):
@@ -33,7 +33,7 @@ def plain(text):
 def messages(source):
     code, texts, is_behind_text = "", [], False
     for token in TOKEN.findall(source):
-        if token.startswith(("#", "//")):
+        if token.startswith("//"):
             continue
         if token[0] == '"':
             texts.append((texts.pop() if is_behind_text else "") + token[1:-1])
