@@ -24,9 +24,9 @@ const std::string emptyStrg;
 
 // Never destroyed: a signal may come behind the last destructor.
 std::map<int, std::string>& ZlErrorService::signalNames = *new std::map<int, std::string>;
-ZlTraceLines& ZlErrorService::errorTrace = *new ZlTraceLines;
-ZlTraceLines& ZlErrorService::debugTrace = *new ZlTraceLines;
-ZlTraceLines& ZlErrorService::functionTrace = *new ZlTraceLines;
+std::string& ZlErrorService::errorTrace = *new std::string;
+std::string& ZlErrorService::debugTrace = *new std::string;
+std::string& ZlErrorService::functionTrace = *new std::string;
 std::string& ZlErrorService::lastError = *new std::string;
 std::string& ZlErrorService::logFileName = *new std::string;
 const std::string& ZlErrorService::logFilePath = *new std::string("/var/zelf/tmp/");

@@ -17,7 +17,6 @@
 #include "cli/cmdtable.h"
 #include "commands/chunkfile.h"
 #include "commands/colonformat.h"
-#include "services/heldsignal.h"
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
 
@@ -182,13 +181,9 @@ int sendForCase()
     // What stands in the streams' buffers belongs to the parent.
     std::cout.flush();
     std::fflush(nullptr);
-    // A child that has little to do ends while the parent reports. Nobody here waits for it.
-    HeldSignal childEnd(SIGCHLD);
     if (fork() == 0) {
-        childEnd.release();
         return runChild(job);
     }
-    childEnd.keep();
     report(job);
     return 0;
 }

@@ -3,9 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <iostream>
-#include <optional>
 
-#include "services/heldsignal.h"
 #include "services/zlerrorservice.h"
 #include "services/zltime.h"
 #include "services/zlutils.h"
@@ -22,14 +20,6 @@ int _executeCMD(const std::string& command, std::vector<std::string>* lines)
     if (pipe == nullptr) {
         errorServiceP->pushNewMsg("_executeCMD: popen failed");
         return 1;
-    }
-
-    // The end of the command raises SIGCHLD, whose handler traces: from here on it waits until pclose() is
-    // through. The command itself has started with the former mask. The parent of a daemon does not wait:
-    // when the daemon ends, it has ten seconds, and not as long as a command may hang.
-    std::optional<HeldSignal> commandEnd;
-    if ((ZlErrorService::controlFlags & ZlErrorService::CHILD_IS_DAEMON) == 0) {
-        commandEnd.emplace(SIGCHLD);
     }
 
     std::array<char, 8196> buffer{};
@@ -50,7 +40,6 @@ int _executeCMD(const std::string& command, std::vector<std::string>* lines)
     }
 
     const int code = (pclose(pipe) >> 8) & 0xff;
-    commandEnd.reset();
     duration.stop();
     errorServiceP->pushNewMsg("_executeCMD done with rc = " + toString(code) + " duration " +
                               duration.getTimeStr());

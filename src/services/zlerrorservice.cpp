@@ -1,9 +1,10 @@
 #include "services/zlerrorservice.h"
 
-#include <fstream>
 #include <iostream>
 #include <utility>
 
+#include "services/kepterrno.h"
+#include "services/logfile.h"
 #include "services/zltime.h"
 
 ZlErrorService::ZlErrorService()
@@ -30,27 +31,39 @@ ZlErrorService* ZlErrorService::getInstance()
     return errorServiceP;
 }
 
+namespace {
+
+void pushLine(std::string& list, std::string_view line)
+{
+    list.append(line).push_back('\n');
+}
+
+} // namespace
+
 void ZlErrorService::pushFuncName(std::string_view name)
 {
-    functionTrace.push(name);
+    pushLine(functionTrace, name);
 }
 
 void ZlErrorService::pushNewMsg(std::string_view text)
 {
     ZL_TRACE();
-    errorTrace.push(text);
-    debugTrace.push(text);
-    functionTrace.pushIndented(text);
+    pushLine(errorTrace, text);
+    pushLine(debugTrace, text);
+    functionTrace.push_back('\t');
+    pushLine(functionTrace, text);
 }
 
 void ZlErrorService::pushDebugMsg(std::string_view text)
 {
     ZL_TRACE();
     if ((controlFlags & DEBUG_TO_STDOUT) != 0) {
+        const KeptErrno kept;
         std::cout << text << std::endl;
     }
-    debugTrace.push(text);
-    functionTrace.pushIndented(text);
+    pushLine(debugTrace, text);
+    functionTrace.push_back('\t');
+    pushLine(functionTrace, text);
 }
 
 int ZlErrorService::getLastError(std::string* out)
@@ -71,25 +84,6 @@ void ZlErrorService::fullLog()
     errorTrace = debugTrace;
 }
 
-namespace {
-
-// Cuts a log that has outgrown `limit` back to its last `limit` bytes, wherever that falls in a line.
-void cutLogFile(const std::string& path, std::streamoff limit)
-{
-    std::ifstream log(path, std::ios::binary | std::ios::ate);
-    if (!log || log.tellg() <= limit) {
-        return;
-    }
-    std::string tail(static_cast<size_t>(limit), '\0');
-    log.seekg(-limit, std::ios::end);
-    log.read(tail.data(), limit);
-    tail.resize(static_cast<size_t>(log.gcount()));
-    log.close();
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << tail;
-}
-
-} // namespace
-
 void ZlErrorService::writeTrace()
 {
     ZL_TRACE();
@@ -99,21 +93,19 @@ void ZlErrorService::writeTrace()
     const std::string endTime = ZlTime::TimestampISO8601();
 
     if (!errorTrace.empty()) {
-        const std::string path = logFilePath + logFileName;
-        const ZlTraceLines lines = std::exchange(errorTrace, {});
-        cutLogFile(path, maxSizeLogfile);
+        const std::string lines = std::exchange(errorTrace, {});
         // Support scripts match "messager".
-        std::ofstream(path, std::ios::binary | std::ios::app)
-            << "\nTrace messages start at: " << startTime << "\n"
-            << lines << "Trace messager end at: " << endTime << "\n";
+        appendToLog(logFilePath + logFileName,
+                    "\nTrace messages start at: " + startTime + "\n" + lines +
+                        "Trace messager end at: " + endTime + "\n",
+                    maxSizeLogfile);
     }
     if (!debugTrace.empty()) {
-        const ZlTraceLines lines = std::exchange(debugTrace, {});
-        const ZlTraceLines functions = std::exchange(functionTrace, {});
-        std::ofstream(logFilePath + "debug" + logFileName, std::ios::binary | std::ios::trunc)
-            << "Debug Trace start at: " << startTime << "\n"
-            << lines << "\n#### function trace ####\n"
-            << functions << "Debug Trace end at: " << endTime << "\n";
+        const std::string lines = std::exchange(debugTrace, {});
+        const std::string functions = std::exchange(functionTrace, {});
+        replaceLog(logFilePath + "debug" + logFileName,
+                   "Debug Trace start at: " + startTime + "\n" + lines + "\n#### function trace ####\n" +
+                       functions + "Debug Trace end at: " + endTime + "\n");
     }
 }
 

@@ -9,7 +9,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "services/heldsignal.h"
 #include "services/zlccrservice.h"
 #include "services/zlerrorservice.h"
 #include "services/zltime.h"
@@ -137,7 +136,6 @@ std::pair<int, int> ZlFunction::runDetached()
     // What stands in the streams' buffers belongs to the parent.
     std::cout.flush();
     std::fflush(nullptr);
-    HeldSignal workerEnd(SIGCHLD);
     childPid = fork();
     if (childPid < 0) {
         const int number = errno;
@@ -146,7 +144,6 @@ std::pair<int, int> ZlFunction::runDetached()
         return {-1, -1};
     }
     if (childPid == 0) {
-        workerEnd.release();
         return runChild();
     }
     pid = parentPid;

@@ -5,10 +5,11 @@
 #include <cstdlib>
 #include <ctime>
 #include <execinfo.h>
-#include <fstream>
 #include <iostream>
 #include <unistd.h>
 
+#include "services/kepterrno.h"
+#include "services/logfile.h"
 #include "services/zlutils.h"
 
 namespace {
@@ -66,6 +67,7 @@ void ZlErrorService::analyseSiginfo(const siginfo_t* info)
 
 void ZlErrorService::signalHandler(int signal, siginfo_t* info, void* /*context*/)
 {
+    const KeptErrno kept;
     ZL_TRACE();
     analyseSiginfo(info);
     errorServiceP->pushNewMsg("\nInterrupt signal " + nameAndNumber(signal) + " received.\n");
@@ -87,6 +89,7 @@ void ZlErrorService::signalHandler(int signal, siginfo_t* info, void* /*context*
 // stamp has hours and seconds.
 void ZlErrorService::dumpDebugTrace()
 {
+    ZL_TRACE();
     if (debugTrace.empty()) {
         return;
     }
@@ -95,10 +98,9 @@ void ZlErrorService::dumpDebugTrace()
     tm local{};
     localtime_r(&now, &local);
     std::strftime(stamp.data(), stamp.size(), "%Y-%m-%d.%H:%S", &local);
-    std::ofstream(logFilePath + "debug" + (logFileName.empty() ? DEFAULT_LOG : logFileName),
-                  std::ios::binary | std::ios::trunc)
-        << "Debug Trace start at: " << startTime << "\n"
-        << debugTrace << "Debug Trace end at: " << stamp.data() << "\n";
+    replaceLog(logFilePath + "debug" + (logFileName.empty() ? DEFAULT_LOG : logFileName),
+               "Debug Trace start at: " + startTime + "\n" + debugTrace + "Debug Trace end at: " +
+                   stamp.data() + "\n");
 }
 
 std::string ZlErrorService::getStackTrace()
@@ -121,6 +123,7 @@ std::string ZlErrorService::getStackTrace()
 // Never waits for the child: its status belongs to who started it.
 void ZlErrorService::signalHandlerChild(int /*signal*/, siginfo_t* info, void* /*context*/)
 {
+    const KeptErrno kept;
     ZL_TRACE();
     analyseSiginfo(info);
     if ((controlFlags & CHILD_IS_DAEMON) != 0) {
@@ -145,6 +148,7 @@ void ZlErrorService::signalHandlerAlarm(int /*signal*/, siginfo_t* info, void* /
 
 void ZlErrorService::signalHandlerUSR1(int signal, siginfo_t* info, void* /*context*/)
 {
+    const KeptErrno kept;
     ZL_TRACE();
     analyseSiginfo(info);
     if ((controlFlags & CHILD_IS_DAEMON) != 0) {
