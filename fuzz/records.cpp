@@ -5,7 +5,7 @@
 
 #include "commands/colonformat.h"
 #include "fuzz.h"
-#include "services/zltable.h"
+#include "services/plaintable.h"
 #include "services/zlutils.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)

@@ -13,6 +13,7 @@
 
 #include "cli/zlcli.h"
 #include "cluster/zelfversion.h"
+#include "services/plaintable.h"
 
 class ZlCallhomeExecute;
 class ZlCcrService;
@@ -103,7 +104,7 @@ public:
     // return code, data id and original file name with STATUS_VERBOSE; package file name. 1: the task's file
     // cannot be read. Throws std::out_of_range, without STATUS_VERBOSE, for a package not named by the
     // gathering tools.
-    int readProgressFile(const std::string& task, std::vector<std::vector<std::string>>& rows) const;
+    int readProgressFile(const std::string& task, PlainTable& rows) const;
 
     // --- roads to the monitoring service (zlcallhome_monitor.cpp) --------------------------------------
 

@@ -15,7 +15,8 @@ int ZlCallhome::runZelfmonCmdOnCallhomeNode(const std::string& command, std::vec
     }
     std::string encoded;
     fullEncode(encoded, command);
-    return _executeCMD(REMOTE_ONE1 + server + " execzelfhome_2 '\"zelfmon query " + encoded + "\"'", output);
+    return _executeCMD(
+        REMOTE_ONE1 + server + " execzelfhome_2 " + quoteForBothSides("zelfmon query " + encoded), output);
 }
 
 int ZlCallhome::executeCHcmd(const std::string& requestSubject, const std::string& requestVerb,

@@ -53,7 +53,7 @@ std::string_view endOfPackageName(std::string_view name)
 
 } // namespace
 
-int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vector<std::string>>& rows) const
+int ZlCallhome::readProgressFile(const std::string& task, PlainTable& rows) const
 {
     ZL_TRACE();
     ZlFileIO file(PROGRESS_FILE + task);
@@ -65,7 +65,7 @@ int ZlCallhome::readProgressFile(const std::string& task, std::vector<std::vecto
     const bool isVerbose = (statusFlags & STATUS_VERBOSE) != 0;
     const bool isMachineReadable = getMachineReadableOutput();
 
-    std::vector<std::vector<std::string>> newestFirst;
+    PlainTable newestFirst;
     ZlTextIndex startTimes(lines.size());
     Fields fields;
     for (auto line = lines.rbegin(); line != lines.rend(); ++line) {

@@ -165,7 +165,7 @@ std::string ZlCli::getEncodedCmdLine()
     for (size_t i = 0; i < words.size(); ++i) {
         fullEncode(encodedWords[i], words[i]);
     }
-    const std::string encoded = "'\"" + containerToString(encodedWords, " ") + "\"'";
+    const std::string encoded = quoteForBothSides(containerToString(encodedWords, " "));
     errorServiceP->pushNewMsg("ZlCli::getEncodedCmdLine: raw cmd:" + containerToString(words, " "));
     errorServiceP->pushNewMsg("ZlCli::getEncodedCmdLine: encoded:" + encoded);
     return encoded;

@@ -271,8 +271,7 @@ std::string ZlCmd::allNames() const
 
 bool ZlCmd::hasVerb(const std::string& name) const
 {
-    const std::vector<std::string> alternatives = split(verb, " | ");
-    return std::find(alternatives.begin(), alternatives.end(), name) != alternatives.end();
+    return contains(split(verb, " | "), name);
 }
 
 bool ZlCmd::operator==(const ZlCmd& probe) const

@@ -162,9 +162,6 @@ bool ZlOption::operator<(const ZlOption& other) const
     return name < other.name;
 }
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wignored-qualifiers"
-
 const bool ZlOption::checkArgType(std::string& arg)
 {
     ZL_TRACE();
@@ -218,8 +215,7 @@ const bool ZlOption::verifyToken(std::string value) const
         toUpper(value);
         toUpper(alternatives);
     }
-    const std::vector<std::string> list = split(alternatives, " | ");
-    return std::find(list.begin(), list.end(), value) != list.end();
+    return contains(split(alternatives, " | "), value);
 }
 
 const bool ZlOption::verifyExclusiveChar(std::string& arg) const
@@ -227,8 +223,6 @@ const bool ZlOption::verifyExclusiveChar(std::string& arg) const
     ZL_TRACE();
     return _verifyExclusiveChar(token, arg);
 }
-
-#pragma GCC diagnostic pop
 
 bool ZlOption::procesTokenAsType()
 {

@@ -34,9 +34,8 @@ public:
     // By name: a name is unique within a command.
     bool operator<(const ZlOption& other) const;
 
-// The `const` of these results says nothing, but it stands in the trace.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wignored-qualifiers"
+    // The `const` of these three results says nothing, but it stands in the trace.
+
     // Tells whether the value fits the type. Rewrites node definitions to the names that they resolve to,
     // and may change the option's own type: call it on a copy.
     const bool checkArgType(std::string& arg);
@@ -46,7 +45,6 @@ public:
 
     // True when the value holds no character of the token text.
     const bool verifyExclusiveChar(std::string& arg) const;
-#pragma GCC diagnostic pop
 
     // Turns a TOKEN_AS_TYPE with the token INT, DECIMAL or ALPHA into that type. False for a list of words.
     bool procesTokenAsType();

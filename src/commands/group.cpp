@@ -76,7 +76,7 @@ int groupAdd(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
     std::vector<std::string> members = takeChildNodes(chServiceP->cmdOptions);
     const std::string group = requiredArgument(0);
     const std::string server = requiredArgument(1);
-    if (std::find(members.begin(), members.end(), server) == members.end()) {
+    if (!contains(members, server)) {
         members.push_back(server);
     }
     const std::set<std::string> withoutPackages = getNodesWithoutCallhomePackages(members);

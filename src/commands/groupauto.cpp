@@ -30,11 +30,6 @@ void trace(const std::string& text)
     ZlErrorService::errorServiceP->pushNewMsg(text);
 }
 
-bool holds(const std::vector<std::string>& args, const char* option)
-{
-    return std::find(args.begin(), args.end(), option) != args.end();
-}
-
 // Takes --enable off the arguments and stores it in the configuration itself: the external tool has to find
 // it there.
 void enableCapability()
@@ -76,7 +71,7 @@ std::string encodedCommand(const std::vector<std::string>& words)
     for (size_t i = 0; i < words.size(); ++i) {
         chServiceP->fullEncode(encoded[i], words[i]);
     }
-    return "'\"" + containerToString(encoded, " ") + "\"'";
+    return quoteForBothSides(containerToString(encoded, " "));
 }
 
 // Replays the global settings on the servers that were none before. Gives 0, or 1 when there is nothing to do
@@ -131,7 +126,7 @@ int groupAuto(char* /*prompt*/, char* args, bool /*interactive*/)
     }
     screenNodes();
     std::set<std::string> existingServers;
-    if (!holds(chServiceP->getCmdOptionVector(), "--force")) {
+    if (!contains(chServiceP->getCmdOptionVector(), "--force")) {
         existingServers = chServiceP->getCallhomeNodes();
     }
     const int result = chServiceP->executeCHcmd(" ", " ", args, nullptr, AUTOCONFIG_TOOL);

@@ -3,7 +3,6 @@
 
 #include "callhome/zlcallhome.h"
 #include "services/zlerrorservice.h"
-#include "services/zltable.h"
 
 int infoList(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 {

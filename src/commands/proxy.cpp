@@ -1,10 +1,9 @@
 // zelfhome proxy: the way to the outside through a proxy.
 #include "commands/zlcallhome_excute.h"
 
-#include <algorithm>
-
 #include "callhome/zlcallhome.h"
 #include "services/zlerrorservice.h"
+#include "services/zlutils.h"
 
 namespace {
 
@@ -34,8 +33,7 @@ int proxyEnable(char* /*prompt*/, char* args, bool /*interactive*/)
     if (!isDefined("proxy-port")) {
         return refuse("Please define proxy-port prior to enabling proxy");
     }
-    const auto& options = chServiceP->getCmdOptionVector();
-    const bool withAuth = std::find(options.begin(), options.end(), "--with-proxy-auth") != options.end();
+    const bool withAuth = contains(chServiceP->getCmdOptionVector(), "--with-proxy-auth");
     if (withAuth) {
         if (!isDefined("proxy-username")) {
             return refuse("Please define proxy-username prior to enabling authenticated proxy");

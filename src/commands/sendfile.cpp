@@ -6,7 +6,6 @@
 // hours. The record of its outcome is the service's job.
 #include "commands/zlcallhome_excute.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
@@ -197,8 +196,7 @@ int runSendFile(char* /*prompt*/, char* args, bool /*interactive*/)
     if (runCmdPreCheck() != 0) {
         return 1;
     }
-    const std::vector<std::string>& options = chServiceP->getCmdOptionVector();
-    if (std::find(options.begin(), options.end(), "--pmr") == options.end()) {
+    if (!contains(chServiceP->getCmdOptionVector(), "--pmr")) {
         // The helper program's spelling of the verb.
         return forwardToHelper("run", "sendFile", args);
     }

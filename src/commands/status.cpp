@@ -13,12 +13,12 @@ constexpr const char* TASKS[] = {"daily", "weekly", "sendfile", "sendpmrdata"};
 // Lists the progress records of this node.
 int listLocalProgress()
 {
-    TableRow header = {"group", "task", "startTime", "status"};
+    std::vector<std::string> header = {"group", "task", "startTime", "status"};
     if ((chServiceP->statusFlags & ZlCallhome::STATUS_VERBOSE) != 0) {
         header.insert(header.end(), {"rc", "dataID", "originalFilename"});
     }
     header.emplace_back("packageFileName");
-    std::vector<TableRow> table = {header};
+    PlainTable table = {header};
     bool found = false;
     for (const char* task : TASKS) {
         found = chServiceP->readProgressFile(task, table) == 0 || found;

@@ -2,7 +2,6 @@
 
 #include "callhome/zlcallhome.h"
 #include "services/zlerrorservice.h"
-#include "services/zltable.h"
 #include "services/zlutils.h"
 
 bool isOldMaster()
@@ -69,14 +68,13 @@ int changeSettingViaZelfmon(const std::string& key, const std::string& value)
     return changeSettingViaZelfmon(SettingsMap{{key, value}});
 }
 
-std::vector<TableRow>
-tableOfSections(const TableRow& header,
-                const std::function<void(const std::string& name, const SectionMap& section,
-                                         std::vector<TableRow>& rows)>& addRows)
+PlainTable tableOfSections(
+    const std::vector<std::string>& header,
+    const std::function<void(const std::string& name, const SectionMap& section, PlainTable& rows)>& addRows)
 {
     ZL_TRACE();
-    std::vector<TableRow> table = {header};
-    std::vector<TableRow> groupRows;
+    PlainTable table = {header};
+    PlainTable groupRows;
     for (const auto& [name, section] : chServiceP->config) {
         addRows(name, section, name == ZlCallhome::GLOBAL_LABEL ? table : groupRows);
     }

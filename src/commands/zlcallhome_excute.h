@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "services/plaintable.h"
+
 int groupList(char* prompt, char* args, bool interactive);
 int groupAdd(char* prompt, char* args, bool interactive);
 int groupDel(char* prompt, char* args, bool interactive);
@@ -55,15 +57,13 @@ int changeSettingsBasedOnOptions();
 int changeSettingViaZelfmon(const SettingsMap& settings);
 int changeSettingViaZelfmon(const std::string& key, const std::string& value);
 
-using TableRow = std::vector<std::string>;
 using SectionMap = std::map<std::string, std::string>;
 
 // Gives the table of a list verb over the configuration: the header, the rows that `addRows` makes of the
 // section "global", then those of the groups in the order of their names.
-std::vector<TableRow>
-tableOfSections(const TableRow& header,
-                const std::function<void(const std::string& name, const SectionMap& section,
-                                         std::vector<TableRow>& rows)>& addRows);
+PlainTable tableOfSections(
+    const std::vector<std::string>& header,
+    const std::function<void(const std::string& name, const SectionMap& section, PlainTable& rows)>& addRows);
 
 // Gives a cell: the section's value of the key, empty when it has none.
 std::string cell(const SectionMap& section, const std::string& key);
@@ -80,7 +80,7 @@ void mapTaskWords(char* args);
 int runCmdPreCheck();
 
 // Shows the table of a list verb: as colon records with -Y, else as text.
-void showList(const std::vector<std::vector<std::string>>& table);
+void showList(const PlainTable& table);
 
 // Gives a copy of `text` with each `what` replaced; what was inserted is not searched again.
 std::string replaceAllSubstrings(std::string text, const std::string& what, const std::string& by);

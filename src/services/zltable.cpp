@@ -1,11 +1,8 @@
 #include "services/zltable.h"
 
 #include <algorithm>
-#include <cctype>
 #include <functional>
-#include <iostream>
 #include <memory>
-#include <string_view>
 
 #include "cli/zlcli.h"
 #include "services/zlcomparatorfactory.h"
@@ -17,72 +14,12 @@ namespace {
 // What surrounds a colon record: blanks, the colons of its empty last cells, and the newline.
 const char* const RECORD_EDGE = " :\n";
 
-bool holds(const std::vector<std::string>& list, const std::string& text)
-{
-    return std::find(list.begin(), list.end(), text) != list.end();
-}
-
 bool isMissingOrEmpty(const PlainTable& table)
 {
     return table.empty() || table[0].empty();
 }
 
 } // namespace
-
-void formatedOutput(const PlainTable& table, char separator)
-{
-    std::vector<size_t> widths;
-    for (const auto& row : table) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (size_t i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], row[i].size());
-        }
-    }
-    std::string text;
-    for (size_t line = 0; line < table.size(); ++line) {
-        if (line == 1 && separator != '\0') {
-            for (const size_t width : widths) {
-                text.append(width + 2, separator).push_back(' ');
-            }
-            text += '\n';
-        }
-        const auto& row = table[line];
-        for (size_t i = 0; i < row.size(); ++i) {
-            text.append(row[i]).append(widths[i] + 3 - row[i].size(), ' ');
-        }
-        text += '\n';
-    }
-    std::cout << text;
-}
-
-void machineReadableOutput(const std::string& program, const std::string& subject, const std::string& verb,
-                           const PlainTable& table)
-{
-    extendedMachineReadableOutput(program, subject, verb, table, false);
-}
-
-void extendedMachineReadableOutput(const std::string& program, const std::string& subject,
-                                   const std::string& verb, const PlainTable& table, bool keepNewlines)
-{
-    std::string prefix = program + ":" + subject + verb;
-    if (!verb.empty()) {
-        char& first = prefix[prefix.size() - verb.size()];
-        first = static_cast<char>(std::toupper(static_cast<unsigned char>(first)));
-    }
-    const std::string_view encodedBytes = keepNewlines ? "%:\n" : "%:";
-    std::string text;
-    std::string cellText;
-    for (size_t line = 0; line < table.size(); ++line) {
-        text.append(prefix).append(line == 0 ? ":HEADER:version:reserved:reserved:" : ":0:1:::");
-        for (const std::string& cell : table[line]) {
-            percentEncode(cellText, cell, encodedBytes);
-            std::erase(cellText, '\n');
-            text.append(cellText).push_back(':');
-        }
-        text += '\n';
-    }
-    std::cout << text;
-}
 
 ZlTable::ZlTable(ZlCli* owner, char ruleSeparator, bool exactNames)
     : cli(owner), separator(ruleSeparator), caseSensitive(exactNames)
@@ -355,7 +292,7 @@ void ZlTable::filterByRow(const std::string& name, const std::vector<std::string
         return;
     }
     const auto mustGo = [&](const std::vector<std::string>& row) {
-        return keep != holds(values, row.at(column));
+        return keep != contains(values, row.at(column));
     };
     rowTable.erase(std::remove_if(rowTable.begin() + 1, rowTable.end(), mustGo), rowTable.end());
 }
@@ -392,7 +329,7 @@ void ZlTable::filterByHeader(const std::vector<std::string>& names)
 void ZlTable::filterList(const std::vector<std::string>& names)
 {
     for (size_t i = listTable.size(); i-- > 0;) {
-        if (!listTable[i].empty() && holds(names, listTable[i][0])) {
+        if (!listTable[i].empty() && contains(names, listTable[i][0])) {
             const size_t behind = std::min(i + 1, listTable.size() - 1);
             listTable.erase(listTable.begin() + static_cast<std::ptrdiff_t>(behind));
         }

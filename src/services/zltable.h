@@ -1,10 +1,7 @@
-// Result tables.
+// Tables out of colon records, from one node or many: their columns are matched by name, and the merged
+// result is shown.
 //
-// A list verb builds a plain table, a vector of rows with the column names in row 0, and prints it with one
-// of the free functions: as aligned text for people, or as colon records for scripts (-Y).
-//
-// ZlTable goes the other way: it takes colon records, from one node or many, matches their columns by name
-// and shows the merged result.
+// No verb makes one; the class stands ready for commands that gather records from other nodes.
 #pragma once
 
 #include <map>
@@ -12,24 +9,10 @@
 #include <utility>
 #include <vector>
 
+#include "services/plaintable.h"
+
 class ZlCli;
 class ZlErrorService;
-
-using PlainTable = std::vector<std::vector<std::string>>;
-
-// Prints a table on standard output in aligned columns, with a rule of `separator` below the names; the zero
-// byte gives no rule. Lines keep the blanks at their end.
-void formatedOutput(const PlainTable& table, char separator);
-
-// Prints a table, which must have row 0, as colon records on standard output:
-//   program:subjectVerb:HEADER:version:reserved:reserved:column:...:
-//   program:subjectVerb:0:1:::cell:...:
-// Colons and percent signs in cells are percent-encoded. Newlines are encoded too with `keepNewlines`, and
-// dropped without.
-void machineReadableOutput(const std::string& program, const std::string& subject, const std::string& verb,
-                           const PlainTable& table);
-void extendedMachineReadableOutput(const std::string& program, const std::string& subject,
-                                   const std::string& verb, const PlainTable& table, bool keepNewlines);
 
 class ZlTable {
 public:

@@ -230,6 +230,16 @@ std::string toString(const std::set<std::string>& set, const std::string& separa
     return join(set, separator);
 }
 
+bool contains(const std::vector<std::string>& list, std::string_view word)
+{
+    return std::ranges::find(list, word) != list.end();
+}
+
+std::string quoteForBothSides(const std::string& text)
+{
+    return "'\"" + text + "\"'";
+}
+
 const std::string* getValue(const std::map<std::string, std::string>& map, const std::string& key)
 {
     const auto entry = map.find(key);

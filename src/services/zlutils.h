@@ -63,6 +63,12 @@ std::string toString(const char* value) = delete; // would be taken for a bool
 std::string toString(const std::vector<std::string>& list, const std::string& separator);
 std::string toString(const std::set<std::string>& set, const std::string& separator);
 
+bool contains(const std::vector<std::string>& list, std::string_view word);
+
+// Gives one word for the shells of both sides: the local one takes the single quotes off, the remote one the
+// double quotes.
+std::string quoteForBothSides(const std::string& text);
+
 // Gives a pointer to the value, null when the key is missing.
 const std::string* getValue(const std::map<std::string, std::string>& map, const std::string& key);
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "callhome/zlcallhome.h"
-#include "services/zltable.h"
+#include "services/plaintable.h"
 #include "services/zlutils.h"
 
 namespace {
