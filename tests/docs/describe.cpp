@@ -35,28 +35,21 @@ std::string describe(const ZlOption& option)
     return option.isRequired() ? text + '!' : text;
 }
 
-// A line for each command, "@server" behind the verbs that the group's server runs; a line for each type with
-// the words that the tool has for it; the letters of the framework's options.
+// A line for each command, "@server" behind the verbs that the group's server runs; the letters of the
+// framework's options.
 void describeGrammar()
 {
     char words[][9] = {"zelfhome", "group", "list"};
     char* argv[] = {words[0], words[1], words[2], nullptr};
     const auto* tool = new ZlCallhome(3, argv); // its end would print
-    std::set<std::string> types;
     for (const ZlCmd& command : tool->cmds) {
         std::cout << "command " << command.getSubject() << ' '
                   << containerToString(split(command.getVerb(), " | "), ",")
                   << (command.getRemoteNodeHandling() == ZlCmd::REMOTE_NORMAL ? " @server" : "");
         for (const ZlOption& option : command.getOptions()) {
             std::cout << ' ' << describe(option);
-            if (option.hasValue() != ZlCmd::VALUE_NONE && option.getType() != ZlCmd::TOKEN) {
-                types.insert(std::string(TYPE_WORDS.at(option.getType())) + ' ' + option.getTypeStrg());
-            }
         }
         std::cout << '\n';
-    }
-    for (const std::string& type : types) {
-        std::cout << "type " << type << '\n';
     }
     std::cout << "letters " << ZlCli::optstring << '\n';
 }

@@ -53,11 +53,6 @@ for subject in group capability info proxy schedule run status test zelfmon; do
         grep -vxFf <(sed -n "s/^command $subject //p" <<<"$GRAMMAR" | tr ' ,=!' '\n'))"
 done
 
-plain=$(mandoc -T utf8 -O width=1000 "$PAGE" | sed 's/.\x08//g; s/[“”]/"/g')
-while read -r word text; do
-    expect "type $word" 1 "$(grep "^ *$word " <<<"$plain" | grep -cF "\"$text")"
-done < <(sed -n 's/^type //p' <<<"$GRAMMAR")
-
 # The options of all commands: the letters are the tool's, the long ones are accepted.
 page_options() { sed -n '/^\.Sh OPTIONS OF ALL/,/^\.Sh VALUES/s/^\.It Fl //p' "$PAGE" | sed 's/\\&//; s/ , /\n/g; s/ Ar .*//'; }
 expect "letters" "$(sed -n 's/^letters //p' <<<"$GRAMMAR" | grep -o '[^:-]' | sort)" "$(page_options | grep -v ^- | sort)"
