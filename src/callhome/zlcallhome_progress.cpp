@@ -60,7 +60,7 @@ int ZlCallhome::readProgressFile(const std::string& task, PlainTable& rows) cons
     if (file.readFile() != 0) {
         return 1;
     }
-    std::vector<std::string_view> lines;
+    std::vector<std::string> lines;
     file.getData(&lines);
     const bool isVerbose = (statusFlags & STATUS_VERBOSE) != 0;
     const bool isMachineReadable = getMachineReadableOutput();
@@ -72,7 +72,7 @@ int ZlCallhome::readProgressFile(const std::string& task, PlainTable& rows) cons
         if (!cutRecord(*line, fields)) {
             errorServiceP->pushNewMsg(
                 "ZlCallhome::readProgressFile: Skipping a progress line because of a wrong format: " +
-                std::string(*line));
+                *line);
             continue;
         }
         // The newest line of a run is met first, and stands for the run.

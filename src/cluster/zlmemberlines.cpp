@@ -38,16 +38,21 @@ int ZlMemberLines::read()
     constexpr size_t SHORT_LINE = 64;
     lines.reserve(static_cast<size_t>(file.getSize()) / SHORT_LINE);
     std::optional<std::string_view> tooShort;
-    file.forEachLine([&](std::string_view line) {
+    const char* bytes = nullptr;
+    int size = 0;
+    file.getData(&bytes, &size);
+    for (std::string_view rest(bytes, static_cast<size_t>(size)); !rest.empty();) {
+        const std::string_view line = rest.substr(0, rest.find('\n'));
+        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
         if (!isMember(line)) {
-            return;
+            continue;
         }
         if (const auto number = ZlClusterNode::numberIn(line)) {
             lines.push_back({*number, line});
         } else {
             tooShort = std::min(tooShort.value_or(line), line);
         }
-    });
+    }
     if (tooShort) {
         toNode(*tooShort); // throws
     }

@@ -103,9 +103,9 @@ void ZlErrorService::writeTrace()
     if (!debugTrace.empty()) {
         const std::string lines = std::exchange(debugTrace, {});
         const std::string functions = std::exchange(functionTrace, {});
-        replaceLog(logFilePath + "debug" + logFileName,
-                   "Debug Trace start at: " + startTime + "\n" + lines + "\n#### function trace ####\n" +
-                       functions + "Debug Trace end at: " + endTime + "\n");
+        replaceLog(logFilePath + "debug" + logFileName, "Debug Trace start at: " + startTime + "\n" + lines +
+                                                            "\n#### function trace ####\n" + functions +
+                                                            "Debug Trace end at: " + endTime + "\n");
     }
 }
 

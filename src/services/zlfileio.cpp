@@ -1,10 +1,11 @@
 #include "services/zlfileio.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <fstream>
+#include <string_view>
 #include <unistd.h>
 
 #include "services/zlerrorservice.h"
@@ -40,54 +41,21 @@ int ZlFileIO::getSize()
     return static_cast<int>(buffer.size());
 }
 
-namespace {
-
-// The least free space for a read; what is left of it is zeroed for nothing.
-constexpr size_t PIECE = 4096;
-
-// Reads all bytes of an open file. False, with errno, when the system refuses a read: a directory, say.
-bool readAll(int file, std::vector<char>& bytes)
-{
-    size_t used = 0;
-    for (;;) {
-        if (bytes.size() - used < PIECE) {
-            bytes.resize(std::max(2 * bytes.size(), used + PIECE));
-        }
-        const ssize_t got = read(file, bytes.data() + used, bytes.size() - used);
-        if (got < 0 && errno != EINTR) {
-            return false;
-        }
-        if (got == 0) {
-            bytes.resize(used);
-            return true;
-        }
-        used += static_cast<size_t>(std::max<ssize_t>(got, 0));
-    }
-}
-
-} // namespace
-
 int ZlFileIO::readFile()
 {
     ZL_TRACE();
     ZlTime duration;
     duration.start();
-    const std::string failure = "error while open file for read: <" + fileName + ">";
-    const int file = open(fileName.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) {
-        return ioError(failure);
-    }
+    std::ifstream file(fileName, std::ios::binary);
     std::vector<char> bytes;
-    struct stat status {};
-    if (fstat(file, &status) == 0 && status.st_size > 0) {
-        bytes.resize(static_cast<size_t>(status.st_size) + PIECE);
+    std::array<char, 64 * 1024> piece{};
+    while (file) {
+        file.read(piece.data(), piece.size());
+        bytes.insert(bytes.end(), piece.data(), piece.data() + file.gcount());
     }
-    if (!readAll(file, bytes)) {
-        const int result = ioError(failure);
-        close(file);
-        return result;
+    if (!file.is_open() || file.bad()) { // a folder can be opened, and not read
+        return ioError("error while open file for read: <" + fileName + ">");
     }
-    close(file);
     buffer.swap(bytes);
     duration.stop();
     errorServiceP->pushDebugMsg("ZlFileIO::readFile: file: " + fileName +
@@ -243,52 +211,39 @@ int ZlFileIO::getData(std::string* text)
     return 0;
 }
 
-int ZlFileIO::getData(std::vector<std::string>* lines)
-{
-    ZL_TRACE();
-    return lines == nullptr ? refuseNull()
-                            : visitLines([lines](std::string_view line) { lines->emplace_back(line); });
-}
+namespace {
 
-int ZlFileIO::getData(std::vector<std::string_view>* lines)
+template <typename Container>
+int addLines(const std::vector<char>& buffer, Container* lines)
 {
-    ZL_TRACE();
-    return lines == nullptr ? refuseNull()
-                            : visitLines([lines](std::string_view line) { lines->push_back(line); });
-}
-
-int ZlFileIO::getData(std::set<std::string>* lines)
-{
-    ZL_TRACE();
-    // Most of the cluster's files are sorted already, so the end is a good guess for the place.
-    return lines == nullptr
-               ? refuseNull()
-               : visitLines([lines](std::string_view line) { lines->emplace_hint(lines->end(), line); });
-}
-
-int ZlFileIO::refuseNull()
-{
-    errorServiceP->pushNewMsg("ZlFileIO::getData: Parameter is NULL.");
-    return 1;
-}
-
-int ZlFileIO::forEachLine(const std::function<void(std::string_view)>& visit)
-{
-    ZL_TRACE();
-    return visitLines(visit);
-}
-
-int ZlFileIO::visitLines(const std::function<void(std::string_view)>& visit)
-{
+    if (lines == nullptr) {
+        ZlFileIO::errorServiceP->pushNewMsg("ZlFileIO::getData: Parameter is NULL.");
+        return 1;
+    }
     if (buffer.empty()) {
-        errorServiceP->pushNewMsg("ZlFileIO::getData: No data available.");
+        ZlFileIO::errorServiceP->pushNewMsg("ZlFileIO::getData: No data available.");
         return 2;
     }
     std::string_view rest(buffer.data(), buffer.size());
     while (!rest.empty()) {
         const size_t end = std::min(rest.find('\n'), rest.size());
-        visit(rest.substr(0, end));
+        // Where a set begins to look. Most of the cluster's files are sorted already.
+        lines->insert(lines->end(), std::string(rest.substr(0, end)));
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return 0;
+}
+
+} // namespace
+
+int ZlFileIO::getData(std::vector<std::string>* lines)
+{
+    ZL_TRACE();
+    return addLines(buffer, lines);
+}
+
+int ZlFileIO::getData(std::set<std::string>* lines)
+{
+    ZL_TRACE();
+    return addLines(buffer, lines);
 }

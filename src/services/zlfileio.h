@@ -7,10 +7,8 @@
 // Integer results are 0 for success. A failure of the system gives errno.
 #pragma once
 
-#include <functional>
 #include <set>
 #include <string>
-#include <string_view>
 #include <sys/stat.h>
 #include <vector>
 
@@ -62,20 +60,12 @@ public:
     int getData(std::string* text);
 
     // Adds the buffer's lines, without their newline, to the container. 1: null pointer, 2: empty buffer.
-    // Views are good until the buffer changes.
     int getData(std::vector<std::string>* lines);
-    int getData(std::vector<std::string_view>* lines);
     int getData(std::set<std::string>* lines);
-
-    // Hands the same lines to `visit`, as views that are good until the buffer changes. 2: empty buffer.
-    int forEachLine(const std::function<void(std::string_view)>& visit);
 
     static ZlErrorService* errorServiceP;
 
 private:
-    int refuseNull();
-    int visitLines(const std::function<void(std::string_view)>& visit);
-
     std::vector<char> buffer;
     struct stat fileStat {};
     std::string fileName;

@@ -79,13 +79,14 @@ int ZlFunction::execute()
     if (status != -1) {
         endWorker(status);
     }
-    waitForWorker(holder);
+    lookForWorker(holder);
     return 0;
 }
 
 // Begins at version 0 again when the counter is close to its end.
 void ZlFunction::restartVersions()
 {
+    ZL_TRACE();
     constexpr int32_t VERSION_LIMIT = 2147483600;
     if (version <= VERSION_LIMIT) {
         return;
@@ -101,6 +102,7 @@ void ZlFunction::restartVersions()
 
 void ZlFunction::endWorker(int status)
 {
+    ZL_TRACE();
     if (status < -1) {
         setLock();
         std::exit(0);
@@ -113,9 +115,11 @@ void ZlFunction::endWorker(int status)
     std::exit(status);
 }
 
-// Gives the worker half a second to take over the lock. The parent does not wait for its end.
-void ZlFunction::waitForWorker(int parent)
+// Notes whether the lock is the worker's already; if not, gives it half a second. The parent does not wait
+// for its end.
+void ZlFunction::lookForWorker(int parent)
 {
+    ZL_TRACE();
     errorServiceP->pushNewMsg("ZlFunction::execute: parent post process.");
     getLockData();
     if (lockPid == childPid) {

@@ -6,7 +6,8 @@
 // takes over or gives up. Two that come at once are told apart by the version of the value, which a write in
 // the CCR must match.
 //
-// Validation makes one for each command or option that is declared with a function.
+// Validation makes one for each command or option that is declared with a function. No verb declares a lock:
+// all but the run without one stands ready for other commands.
 #pragma once
 
 #include <cstdint>
@@ -41,16 +42,13 @@ public:
     void setName(const std::string& text);
     void setID(unsigned long taskId);
     std::string getName() const;
-    const std::string& getOptionName() const { return optionName; }
-    const std::string& getCmdName() const { return cmdName; }
-    MODES getOperationMode() const { return operationMode; }
-    unsigned long getID() const { return id; }
 
     // The order of the functions' addresses.
     bool operator<(const ZlFunction& other) const;
 
-    // Runs the task. Without a lock: gives the function's result. With one: gives 0 when a worker was
-    // started, the state that stands against it otherwise; the worker does not return from here.
+    // Runs the task. Without a lock: gives the function's result. With one: starts a worker and gives 0, or
+    // gives what setLock() refused it with. A worker ends the process here, unless its function gives -1,
+    // which stands for the parent.
     int execute();
 
     // Forks. Gives the process id and -1 in the parent, or when fork(2) failed; the result of runChild() in
@@ -81,12 +79,12 @@ public:
 private:
     bool locks() const { return (operationMode & 3) != 0; }
     bool locksInCluster() const { return operationMode == MODE_SINGLE_IN_CLUSTER; }
-    bool isHolderDead();
-    std::string lockValue() const;
+    bool askForHolder();
     void restartVersions();
-    void waitForWorker(int parent);
+    void lookForWorker(int parent);
     [[noreturn]] void endWorker(int status);
 
+    // Where the task comes from. Nothing reads it but a debugger.
     std::string optionName;
     std::string cmdName;
     int (*function)();
@@ -101,7 +99,7 @@ private:
     unsigned long id = 0;
     std::string reason;        // why a lock was refused, for the user
     std::string lockEntryText; // what the lock holds, for the user
-    int32_t lockVersion = -1;
+    int32_t lockVersion = -1;  // and on: what was read of the lock
     std::string lockNode;
     int32_t lockPid = -1;
     std::string lockStateText;

@@ -1,4 +1,5 @@
-// The lock of a task: its value, who may write it, and where it is kept.
+// The lock of a task: its value, who may write it, and where it is kept. No verb has one; it stands ready for
+// other commands.
 //
 // The value is "<node>,<pid>,<state>,<task id>". It has no colon, since the reply of the CCR is cut at
 // colons.
@@ -42,6 +43,18 @@ int32_t toNumber(const std::string& text)
     return static_cast<int32_t>(std::strtol(text.c_str(), nullptr, 10));
 }
 
+// Without a word for the state, the value does not parse.
+std::string lockValue(ZlFunction::STATES state, int32_t pid, unsigned long id)
+{
+    std::string value = ZlClusterInfo::getLocalNodeName() + "," + toString(pid);
+    for (const StateName& row : STATE_NAMES) {
+        if (state == row.state) {
+            value = value + "," + row.name + ",";
+        }
+    }
+    return value + toString(id);
+}
+
 std::string lockFile(const std::string& key)
 {
     return "/var/zelf/ces/" + key;
@@ -80,9 +93,10 @@ void ZlFunction::getLockData()
     errorServiceP->pushDebugMsg("ZlFunction::getLockData: state = " + lockStateText + "end");
 }
 
-// Asks the holder's node whether the process lives. Any answer but "died" means that it does.
-bool ZlFunction::isHolderDead()
+// Asks the holder's node for the process. True when it has died, which any other answer denies.
+bool ZlFunction::askForHolder()
 {
+    ZL_TRACE();
     const std::string pidText = toString(lockPid);
     errorServiceP->pushDebugMsg("ZlFunction::analyseLock: check process: " + lockNode + ":" + pidText);
     std::vector<std::string> reply;
@@ -108,7 +122,7 @@ ZlFunction::STATES ZlFunction::analyseLock()
     STATES result = STATE_FREE;
     if (lockState == STATE_LOCKED_BY_PARENT || lockState == STATE_LOCKED_BY_CHILD) {
         // Only a process that has not forked is a stranger to the lock, and asks about its holder.
-        const bool isFree = childPid == -1 ? isHolderDead() : lockPid == parentPid || lockPid == childPid;
+        const bool isFree = childPid == -1 ? askForHolder() : lockPid == parentPid || lockPid == childPid;
         result = isFree ? STATE_FREE : lockState;
     } else if (lockState != STATE_NONE && static_cast<unsigned long>(lockId) == id) {
         reason = "current process state: " + lockStateText + ". But specified ID is equel lock ID.";
@@ -117,17 +131,6 @@ ZlFunction::STATES ZlFunction::analyseLock()
     errorServiceP->pushDebugMsg("ZlFunction::analyseLock: done lock status = " +
                                 toString(static_cast<int>(result)));
     return result;
-}
-
-std::string ZlFunction::lockValue() const
-{
-    std::string value = ZlClusterInfo::getLocalNodeName() + "," + toString(pid);
-    for (const StateName& row : STATE_NAMES) {
-        if (state == row.state) {
-            value = value + "," + row.name + ",";
-        }
-    }
-    return value + toString(id);
 }
 
 int ZlFunction::setLock()
@@ -143,7 +146,7 @@ int ZlFunction::setLock()
     errorServiceP->pushNewMsg("ZlFunction::setLock: change lock: mode " +
                               toString(static_cast<int>(operationMode)) + " lock status " +
                               toString(static_cast<int>(state)) + " this pid " + toString(pid));
-    const std::pair<std::string, std::string> entry(key, lockValue());
+    const std::pair<std::string, std::string> entry(key, lockValue(state, pid, id));
     const auto [result, text] =
         locksInCluster() ? ZlCcrService::setKeyValue(entry, version) : setKeyValue(entry, version);
     // Never beyond the type's end: execute() restarts the versions when it is near.

@@ -99,8 +99,8 @@ void ZlErrorService::dumpDebugTrace()
     localtime_r(&now, &local);
     std::strftime(stamp.data(), stamp.size(), "%Y-%m-%d.%H:%S", &local);
     replaceLog(logFilePath + "debug" + (logFileName.empty() ? DEFAULT_LOG : logFileName),
-               "Debug Trace start at: " + startTime + "\n" + debugTrace + "Debug Trace end at: " +
-                   stamp.data() + "\n");
+               "Debug Trace start at: " + startTime + "\n" + debugTrace +
+                   "Debug Trace end at: " + stamp.data() + "\n");
 }
 
 std::string ZlErrorService::getStackTrace()

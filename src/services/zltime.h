@@ -24,13 +24,7 @@ public:
     static std::string TimestampISO8601();
 
 private:
-    struct TimePair {
-        long seconds = 0;
-        long microseconds = 0;
-    };
-    static TimePair now();
-
-    TimePair begin;
-    TimePair end;
-    TimePair difference;
+    timeval begin{};
+    timeval end{};
+    timeval difference{};
 };
