@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "services/ownfile.h"
 #include "services/tempfile.h"
 
 namespace {
@@ -14,8 +15,7 @@ namespace {
 // An ordinary file, open; or nothing, and then a write fails.
 class OrdinaryFile {
 public:
-    OrdinaryFile(const std::string& path, int flags)
-        : file(open(path.c_str(), flags | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600))
+    OrdinaryFile(const std::string& path, int flags) : file(openOwnFile(path, flags))
     {
         if (file >= 0 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
             close(file);
@@ -54,17 +54,23 @@ public:
     void truncate() const { (void)!ftruncate(file, 0); }
 
     bool isOpen() const { return file >= 0; }
-    bool hasOneName() const { return status.st_nlink == 1; }
-    bool isOurs() const { return status.st_uid == geteuid(); }
+    bool isOthers() const { return isForeign(status); }
 
 private:
     int file;
     struct stat status {};
 };
 
-// False when it stays as it was.
+// False when the log stays as it was. One with several names is not to lose them, unless another user has
+// made it.
 bool renameIntoPlace(const std::string& path, const std::string& text)
 {
+    struct stat status {};
+    lstat(path.c_str(), &status);
+    const bool isThere = status.st_nlink > 0;
+    if (isThere && (!S_ISREG(status.st_mode) || (status.st_nlink > 1 && !isForeign(status)))) {
+        return false;
+    }
     TempFile beside;
     if (!OrdinaryFile(beside.getName(), O_WRONLY).writeAll(text) ||
         std::rename(beside.getName().c_str(), path.c_str()) != 0) {
@@ -87,7 +93,7 @@ void cutLog(const std::string& path, size_t limit)
         text.erase(0, text.size() - limit);
     }
     // Another user's log becomes this user's own: he may read along what he has planted.
-    if ((isLong || !log.isOurs()) && log.hasOneName() && renameIntoPlace(path, text)) {
+    if ((isLong || log.isOthers()) && renameIntoPlace(path, text)) {
         return;
     }
     if (isLong) {
@@ -106,12 +112,7 @@ void appendToLog(const std::string& path, const std::string& section, size_t lim
 
 void replaceLog(const std::string& path, const std::string& text)
 {
-    struct stat status {};
-    const bool isThere = lstat(path.c_str(), &status) == 0;
-    if (isThere && !S_ISREG(status.st_mode)) {
-        return;
-    }
-    if ((isThere && status.st_nlink > 1) || !renameIntoPlace(path, text)) {
+    if (!renameIntoPlace(path, text)) {
         const OrdinaryFile log(path, O_WRONLY | O_CREAT);
         log.truncate();
         log.writeAll(text);

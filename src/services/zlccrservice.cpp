@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "services/executecmd.h"
+#include "services/ownfile.h"
 #include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
 #include "services/zlutils.h"
@@ -39,6 +40,7 @@ ZlCcrService::~ZlCcrService()
 int ZlCcrService::readCcrFile()
 {
     ZL_TRACE();
+    removeForeignFile(localFile->getFileName());
     const int code = _executeCMD(ZELFCCR + ("fget " + ccrFileName) + " " + localFile->getFileName() +
                                      " 1>/dev/null 2>/dev/null",
                                  nullptr);
@@ -48,16 +50,20 @@ int ZlCcrService::readCcrFile()
     if (code != 0 && code != CCR_LOCAL_COPY_IS_GOOD) {
         return 2;
     }
+    // The configuration holds a password.
+    narrowFile(localFile->getFileName());
     return localFile->readFile() == 0 ? 0 : 3;
 }
 
 int ZlCcrService::writeCcrFile()
 {
     ZL_TRACE();
+    removeForeignFile(localFile->getFileName());
     if (localFile->writeFile() != 0) {
         errorServiceP->pushNewMsg("ZlCcrService::writeCcrFile: cannot write ccr file to disk");
         return 1;
     }
+    narrowFile(localFile->getFileName());
     const int code = _executeCMD(ZELFCCR + ("fput " + ccrFileName) + " " + localFile->getFileName() +
                                      " 1>/dev/null 2>/dev/null",
                                  nullptr);

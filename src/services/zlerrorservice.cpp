@@ -18,6 +18,9 @@ ZlErrorService::ZlErrorService()
     addSignal(SIGCHLD, signalHandlerChild);
     addSignal(SIGUSR1, signalHandlerUSR1);
     addSignal(SIGALRM, signalHandlerAlarm);
+    // A write beyond the limit of a file's size fails like one on a full disk, and does not kill the run. The
+    // commands of the run, which would inherit SIG_IGN, die of the signal as ever.
+    std::signal(SIGXFSZ, [](int) {});
     signalNames = {
         {1, "SIGHUP"},  {2, "SIGINT"},   {3, "SIGQUIT"},  {4, "SIGILL"},   {5, "SIGTRAP"},  {6, "SIGABRT"},
         {9, "SIGKILL"}, {10, "SIGUSR1"}, {11, "SIGSEGV"}, {14, "SIGALRM"}, {15, "SIGTERM"}, {17, "SIGCHLD"},

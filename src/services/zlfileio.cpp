@@ -4,10 +4,12 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <fstream>
 #include <string_view>
 #include <unistd.h>
 
+#include "services/ownfile.h"
 #include "services/zlerrorservice.h"
 #include "services/zltime.h"
 #include "services/zlutils.h"
@@ -79,15 +81,18 @@ int ZlFileIO::writeFile()
         errorServiceP->pushNewMsg("ZlFileIO::writeFile: no file name defined.");
         return 1;
     }
-    std::ofstream file(fileName, std::ios::binary | std::ios::trunc);
-    if (!file) {
+    const int file = openOwnFile(fileName, O_WRONLY | O_CREAT | O_TRUNC);
+    if (file < 0) {
         traceDuration();
         return ioError("error while open file for write: <" + fileName + ">");
     }
     errorServiceP->pushNewMsg("ZlFileIO::writeFile: try to write: <" + fileName + ">");
-    file.write(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-    file.flush();
-    file.close();
+    std::string_view rest(buffer.data(), buffer.size());
+    for (ssize_t written = 1; !rest.empty() && written > 0;) {
+        written = write(file, rest.data(), rest.size());
+        rest.remove_prefix(static_cast<size_t>(std::max<ssize_t>(written, 0)));
+    }
+    close(file);
     traceDuration();
     return ioError("ZlFileIO::writeFile: " + fileName);
 }

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "services/ownfile.h"
 #include "services/zlccrservice.h"
 #include "services/zlerrorservice.h"
 #include "services/zltime.h"
@@ -222,6 +223,9 @@ std::pair<int, int> ZlFunction::runChild()
     umask(0);
     if (setsid() < 0 || chdir("/") != 0) {
         std::exit(1);
+    }
+    for (const std::string& file : {outFile, errFile}) {
+        removeForeignFile(file);
     }
     const RedirectedStreams redirected(outFile, errFile);
     errorServiceP->pushNewMsg("ZlFunction::runChild: stdout -> " + outFile + " : stderr -> " + errFile);
