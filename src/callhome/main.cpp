@@ -12,10 +12,12 @@ namespace {
 // True when the server of this node's group has to run the command. What -a and -N said has no part in it.
 bool belongsToServer(const ZlCallhome& callhome, const std::string& callhomeNode)
 {
-    return !callhomeNode.empty() && !callhome.verb.empty() &&
-           callhome.cmdP->getRemoteNodeHandling() == ZlCmd::REMOTE_NORMAL &&
-           callhome.getThisGroupMasterVersion() >= ZelfVersion(MONITORING_ROUTE_VERSION) &&
-           callhome.getLocalNodeName() != callhomeNode;
+    if (callhomeNode.empty() || callhome.verb.empty() ||
+        callhome.cmdP->getRemoteNodeHandling() != ZlCmd::REMOTE_NORMAL) {
+        return false;
+    }
+    const ZelfVersion version = callhome.getThisGroupMasterVersion();
+    return version >= ZelfVersion(MONITORING_ROUTE_VERSION) && callhome.getLocalNodeName() != callhomeNode;
 }
 
 int forward(ZlCallhome& callhome, const std::string& callhomeNode)

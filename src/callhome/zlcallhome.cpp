@@ -21,7 +21,8 @@ constexpr nodeLevel_t TOOL_MIN_LEVEL = 1600;
 
 ZlCallhome* chServiceP = nullptr;
 
-ZlCallhome::ZlCallhome(int argc, char** argv) : ZlCli(argc, argv, HELPER_PROGRAM, " execzelfhome_2 ", " ")
+ZlCallhome::ZlCallhome(int argc, char** argv)
+    : ZlCli(argc, argv, HELPER_PROGRAM, " " + REMOTE_ENTRY + " ", " ")
 {
     ZL_TRACE();
     setMinReleaseLevel(TOOL_MIN_LEVEL);
@@ -30,7 +31,6 @@ ZlCallhome::ZlCallhome(int argc, char** argv) : ZlCli(argc, argv, HELPER_PROGRAM
     errorServiceP->pushNewMsg(CALLHOME_VERSION);
     errorServiceP->pushNewMsg(CALLHOME_DATE);
     parseCmdLine(argc, argv);
-    groupName.clear();
     if (subject == "--version") {
         userResponse = std::string("Version:") + CALLHOME_VERSION;
         terminateProgram(0);

@@ -22,6 +22,9 @@ class ZlCcrService;
 // monitoring service. Older servers are reached through the helper program.
 constexpr const char* MONITORING_ROUTE_VERSION = "4.2.3.7";
 
+// The monitoring service's client on this node; a request follows.
+constexpr const char* MONITORING_CLIENT = "/opt/zelf/bin/zelfmonc callhome ";
+
 class ZlCallhome final : public ZlCli {
 public:
     using Section = std::map<std::string, std::string>;
@@ -83,7 +86,7 @@ public:
     // Gives the server of this node's group; empty outside every group's child list.
     std::string getCallhomeNode() const;
 
-    // Give all servers and all children of all groups, read anew.
+    // Give all servers and all children of all groups, read anew. No verb asks for the children yet.
     const std::set<std::string>& getCallhomeNodes();
     const std::set<std::string>& getCallhomeChilds();
 
@@ -117,10 +120,23 @@ public:
     int executeCHcmd(const std::string& subject, const std::string& verb, const char* buffer,
                      std::vector<std::string>* output, const std::string& toolPath);
 
-    static const std::string TOPOLOGY_LABEL;
-    static const std::string GLOBAL_LABEL;
-    static const std::string GROUP_LABEL;
-    static const std::string ccrFile;
+    static constexpr const char* TOPOLOGY_LABEL = "topology";
+    static constexpr const char* GLOBAL_LABEL = "global";
+    static constexpr const char* GROUP_LABEL = "group";
+    static constexpr const char* ccrFile = "_callhomeconfig";
+
+    // Keys of the configuration. The settings of the info and proxy verbs are named by their options.
+    static constexpr const char* CALLHOME_NODE = "callhomeNode";
+    static constexpr const char* CALLHOME_CHILD_NODES = "callhomeChildNodes";
+    static constexpr const char* MASTER_RELEASE_VERSION = "masterReleaseVersion";
+    static constexpr const char* ENABLED = "enabled";
+    static constexpr const char* PROXY_ENABLED = "proxy-enabled";
+    static constexpr const char* PROXY_AUTH_ENABLED = "proxy-auth-enabled";
+    static constexpr const char* DAILY = "daily";
+    static constexpr const char* WEEKLY = "weekly";
+
+    // What a value reads as when it is missing; a stored value of this text counts as missing too.
+    static constexpr const char* UNKNOWN = "unknown";
 
     uint64_t statusFlags = 0;
 
@@ -128,24 +144,22 @@ public:
     std::map<std::string, Section> config;
 
     std::string groupName;                // this node's group
-    std::set<std::string> callhomeChilds; // all child nodes, filled by getCallhomeChilds() alone
+    std::set<std::string> callhomeChilds; // all child nodes
     std::set<std::string> callhomeNodes;  // all servers
 
 private:
     void checkForHelperScripts();
     void checkIfCCrIsEnabled();
-    void takeStatusFlags();
-    void declareCommands(ZlCmd& stencil);
-    [[noreturn]] void failConfig(const std::string& reason);
-
-    bool isCallhomeChild = false; // this node is in a child list
 
     // Deleted from the last to the first.
     std::unique_ptr<ZlCallhomeExecute> execute;
     std::unique_ptr<ZlCcrService> ccrService;
-    int32_t groupCount = 0;
+    int32_t groupCount = 0; // groups that the last parseConfig() saw, for whoever looks with a debugger
     std::string callhomeNode;
 };
+
+// Gives the settings that "SUBJECT change" takes: its options without their dashes (zlcallhome_grammar.cpp).
+std::set<std::string> settingsOf(const std::string& subject);
 
 // The one object of the process, for the handlers.
 extern ZlCallhome* chServiceP;

@@ -20,51 +20,23 @@
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
 
-const std::string ZlCallhome::TOPOLOGY_LABEL = "topology";
-const std::string ZlCallhome::GLOBAL_LABEL = "global";
-const std::string ZlCallhome::GROUP_LABEL = "group";
-const std::string ZlCallhome::ccrFile = "_callhomeconfig";
-
 namespace {
 
-// What a value reads as when it is missing; a stored value of this text counts as missing too.
-const char* const UNKNOWN = "unknown";
-
-std::string mapToString(const ZlCallhome::Section& map, const std::string& between,
-                        const std::string& separator)
+// Ends the process with 1, and leaves the reason in the log too.
+[[noreturn]] void giveUp(ZlCallhome& callhome, const std::string& reason)
 {
-    std::string text;
-    for (const auto& [key, value] : map) {
-        text.append(text.empty() ? emptyStrg : separator).append(key).append(between).append(value);
-    }
-    return text;
-}
-
-bool holds(const std::string& line, const char* mark)
-{
-    return line.find(mark) != std::string::npos;
-}
-
-std::string valueOr(const ZlCallhome::Section& section, const std::string& key, const std::string& missing)
-{
-    const std::string* value = getValue(section, key);
-    return value == nullptr ? missing : *value;
+    ZlCallhome::errorServiceP->pushNewMsg(reason);
+    callhome.userResponse = reason;
+    callhome.terminateProgram(1);
 }
 
 } // namespace
-
-void ZlCallhome::failConfig(const std::string& reason)
-{
-    errorServiceP->pushNewMsg(reason);
-    userResponse = reason;
-    terminateProgram(1);
-}
 
 int ZlCallhome::parseConfig()
 {
     ZL_TRACE();
     if (ccrService->readCcrFile() != 0) {
-        failConfig("Could not read the call home configuration from the CCR");
+        giveUp(*this, "Could not read the call home configuration from the CCR");
     }
     config.clear();
     groupCount = 0;
@@ -76,19 +48,20 @@ int ZlCallhome::parseConfig()
     Section group;
     const auto demand = [this](bool wellFormed) {
         if (!wellFormed) {
-            failConfig("Call home CCR configuration parser is broken");
+            giveUp(*this, "Call home CCR configuration parser is broken");
         }
     };
     for (const std::string& line : lines) {
-        if (holds(line, "<callhomeTopology>")) {
+        const auto has = [&line](const char* mark) { return line.find(mark) != std::string::npos; };
+        if (has("<callhomeTopology>")) {
             labels.push_back(TOPOLOGY_LABEL);
-        } else if (holds(line, "</callhomeTopology>")) {
+        } else if (has("</callhomeTopology>")) {
             demand(labels.back() == TOPOLOGY_LABEL);
             labels.pop_back();
-        } else if (holds(line, "<callhomeGroup>")) {
+        } else if (has("<callhomeGroup>")) {
             labels.push_back(GROUP_LABEL);
             ++groupCount;
-        } else if (holds(line, "</callhomeGroup>")) {
+        } else if (has("</callhomeGroup>")) {
             demand(labels.back() == GROUP_LABEL);
             labels.pop_back();
             const std::string name = group["name"];
@@ -159,8 +132,12 @@ int ZlCallhome::setConfig(const std::pair<std::string, Section>& section)
         parseConfig();
     }
     const auto& [name, changes] = section;
-    errorServiceP->pushDebugMsg("ZlCallhome::setConfig: " + name + ">>\n" +
-                                mapToString(changes, " = ", "\n") + "<<\n");
+    std::vector<std::string> pairs;
+    for (const auto& [key, value] : changes) {
+        pairs.push_back(key + " = " + value);
+    }
+    errorServiceP->pushDebugMsg("ZlCallhome::setConfig: " + name + ">>\n" + containerToString(pairs, "\n") +
+                                "<<\n");
     const auto stored = config.find(name);
     if (stored == config.end()) {
         config.emplace(name, changes);
@@ -203,16 +180,13 @@ int ZlCallhome::writeConfig()
 int ZlCallhome::removeOption(std::string name, bool ignoreCase)
 {
     ZL_TRACE();
-    if (ignoreCase) {
-        toLower(name);
-    }
-    const auto isIt = [&](std::string option) {
+    const auto folded = [ignoreCase](std::string text) {
         if (ignoreCase) {
-            toLower(option);
+            toLower(text);
         }
-        return option == name;
+        return text;
     };
-    const auto found = std::find_if(cmdOptions.begin(), cmdOptions.end(), isIt);
+    const auto found = std::ranges::find(cmdOptions, folded(std::move(name)), folded);
     if (found == cmdOptions.end()) {
         return 0;
     }
@@ -224,7 +198,7 @@ void ZlCallhome::ensureConfigInCCR()
 {
     ZL_TRACE();
     std::vector<std::string> lines;
-    const int code = _executeCMD("/opt/zelf/bin/zelfmonc callhome ensureConfigInCCR 2>&1", &lines);
+    const int code = _executeCMD(MONITORING_CLIENT + std::string("ensureConfigInCCR 2>&1"), &lines);
     if (code == 0) {
         return;
     }
@@ -247,15 +221,10 @@ int ZlCallhome::configSectionToCmds(const std::string& name, std::set<std::vecto
     if (cmdSet == nullptr || found == config.end()) {
         return 0;
     }
-    const Section section = found->second;
+    const Section& section = found->second;
     cmdSet->clear();
     std::vector<std::string> proxy = {"proxy", "change"};
     std::vector<std::string> info = {"info", "change"};
-    const auto addOption = [](std::vector<std::string>& words, const std::string& key,
-                              const std::string& value) {
-        words.push_back("--" + key);
-        words.push_back(value);
-    };
     for (const auto& [key, value] : section) {
         errorServiceP->pushNewMsg("ZlCallhome::configSectionToCmds keyValue:" + key + "=" + value);
         if (value == UNKNOWN) {
@@ -266,17 +235,16 @@ int ZlCallhome::configSectionToCmds(const std::string& name, std::set<std::vecto
                                       value);
             continue;
         }
-        if (key == "proxy-username" || key == "proxy-location" || key == "proxy-password" ||
-            key == "proxy-port") {
-            addOption(proxy, key, value);
-        } else if (key == "country-code" || key == "customer-name" || key == "email" ||
-                   key == "customer-id") {
-            addOption(info, key, value);
-        } else if (key == "daily" || key == "weekly") {
+        for (std::vector<std::string>* words : {&proxy, &info}) {
+            if (settingsOf(words->front()).contains(key)) {
+                words->insert(words->end(), {"--" + key, value});
+            }
+        }
+        if (key == DAILY || key == WEEKLY) {
             std::string task = key;
             toUpper(task);
             cmdSet->insert({"schedule", value == "enabled" ? "add" : "delete", "--task", task});
-        } else if (key == "enabled") {
+        } else if (key == ENABLED) {
             cmdSet->insert({"capability", value == "true" ? "enable" : "disable"});
         }
     }
@@ -286,9 +254,9 @@ int ZlCallhome::configSectionToCmds(const std::string& name, std::set<std::vecto
         }
     }
     // The state of the proxy goes along even when nothing of a proxy is set.
-    if (valueOr(section, "proxy-enabled", UNKNOWN) != "true") {
+    if (valueOr(section, PROXY_ENABLED, UNKNOWN) != "true") {
         cmdSet->insert({"proxy", "disable"});
-    } else if (valueOr(section, "proxy-auth-enabled", UNKNOWN) == "true") {
+    } else if (valueOr(section, PROXY_AUTH_ENABLED, UNKNOWN) == "true") {
         cmdSet->insert({"proxy", "enable", "--with-proxy-auth"});
     } else {
         cmdSet->insert({"proxy", "enable"});

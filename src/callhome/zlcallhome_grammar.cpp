@@ -122,9 +122,7 @@ constexpr CommandRow COMMANDS[] = {
     {"zelfmon", "query", ZlCmd::REMOTE_FORBIDDEN, QUERY, {}},
 };
 
-} // namespace
-
-void ZlCallhome::declareCommands(ZlCmd& stencil)
+void declareCommands(ZlCmd& stencil, std::vector<ZlCmd>& cmds)
 {
     cmds.clear();
     for (const CommandRow& row : COMMANDS) {
@@ -145,18 +143,35 @@ void ZlCallhome::declareCommands(ZlCmd& stencil)
 // Takes --current and --outdated off the arguments and notes them, with --verbose, which stays. The argument
 // that moves up into a removed one's place is passed over: "--outdated --current" leaves "--current" to the
 // validation, which refuses it.
-void ZlCallhome::takeStatusFlags()
+void takeStatusFlags(std::vector<std::string>& cmdOptions, uint64_t& statusFlags)
 {
     for (size_t i = 0; i < cmdOptions.size(); ++i) {
         const std::string& option = cmdOptions[i];
         if (option == "--verbose") {
-            statusFlags |= STATUS_VERBOSE;
+            statusFlags |= ZlCallhome::STATUS_VERBOSE;
         } else if (option == "--outdated" || option == "--current") {
-            statusFlags = option == "--current" ? statusFlags | STATUS_CURRENT
-                                                : statusFlags & ~static_cast<uint64_t>(STATUS_CURRENT);
+            statusFlags &= ~uint64_t{ZlCallhome::STATUS_CURRENT};
+            if (option == "--current") {
+                statusFlags |= ZlCallhome::STATUS_CURRENT;
+            }
             cmdOptions.erase(cmdOptions.begin() + static_cast<std::ptrdiff_t>(i));
         }
     }
+}
+
+} // namespace
+
+std::set<std::string> settingsOf(const std::string& subject)
+{
+    std::set<std::string> settings;
+    for (const CommandRow& row : COMMANDS) {
+        if (row.subject == subject && row.verb == std::string("change")) {
+            for (const OptionRow& option : row.options) {
+                settings.insert(option.name + 2);
+            }
+        }
+    }
+    return settings;
 }
 
 int ZlCallhome::parseCmdLine(int argc, char** argv)
@@ -181,12 +196,12 @@ int ZlCallhome::parseCmdLine(int argc, char** argv)
     if (verb.empty()) {
         return 0;
     }
-    takeStatusFlags();
+    takeStatusFlags(cmdOptions, statusFlags);
 
     ZlCmd stencil(this, emptyStrg, emptyStrg, emptyStrg, nullptr, nullptr, 0);
-    declareCommands(stencil);
+    declareCommands(stencil, cmds);
     stencil(subject, verb, emptyStrg, nullptr, 0);
-    const auto command = std::find(cmds.begin(), cmds.end(), stencil);
+    const auto command = std::ranges::find(cmds, stencil);
     if (command == cmds.end()) {
         pushMessage("\"" + programName + " " + subject +
                     " [options]\" does not support the specified options.");

@@ -11,12 +11,12 @@ int ZlCallhome::runZelfmonCmdOnCallhomeNode(const std::string& command, std::vec
     ZL_TRACE();
     const std::string server = getCallhomeNode();
     if (getLocalNodeName() == server) {
-        return executeCMD("/opt/zelf/bin/zelfmonc callhome " + command, output);
+        return executeCMD(MONITORING_CLIENT + command, output);
     }
     std::string encoded;
     fullEncode(encoded, command);
-    return _executeCMD(
-        REMOTE_ONE1 + server + " execzelfhome_2 " + quoteForBothSides("zelfmon query " + encoded), output);
+    return _executeCMD(REMOTE_ONE1 + server + remotePreCmd + quoteForBothSides("zelfmon query " + encoded),
+                       output);
 }
 
 int ZlCallhome::executeCHcmd(const std::string& requestSubject, const std::string& requestVerb,
@@ -29,13 +29,12 @@ int ZlCallhome::executeCHcmd(const std::string& requestSubject, const std::strin
     }
     std::string options;
     if (buffer == nullptr || !getInteractive()) {
+        options = (requestSubject.empty() ? subject : requestSubject) + " " +
+                  (requestVerb.empty() ? verb : requestVerb);
         for (std::string& option : cmdOptions) {
             option = "'" + option + "'";
+            options += " " + option;
         }
-        std::vector<std::string> words = {requestSubject.empty() ? subject : requestSubject,
-                                          requestVerb.empty() ? verb : requestVerb};
-        words.insert(words.end(), cmdOptions.begin(), cmdOptions.end());
-        options = containerToString(words, " ");
         errorServiceP->pushDebugMsg("ZlCli::executeCMD: options from args = " + options);
     } else {
         options = std::string(" ") + buffer;

@@ -1,23 +1,9 @@
 // This node's place in the call-home groups, as it derives it from the configuration and its own name.
 #include "callhome/zlcallhome.h"
 
-#include <algorithm>
-#include <string_view>
-
 #include "cluster/zlclusterinfo.h"
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
-
-namespace {
-
-bool isPieceOf(std::string_view list, std::string_view text)
-{
-    std::vector<std::string_view> pieces;
-    cut(&pieces, list, ',');
-    return std::find(pieces.begin(), pieces.end(), text) != pieces.end();
-}
-
-} // namespace
 
 void ZlCallhome::updateCallhomeNodes()
 {
@@ -26,27 +12,25 @@ void ZlCallhome::updateCallhomeNodes()
     callhomeNodes.clear();
     callhomeChilds.clear();
     callhomeNode.clear();
-    isCallhomeChild = false;
     const std::string& localName = getLocalNodeName();
     for (const auto& [name, section] : config) {
-        const std::string* server = getValue(section, "callhomeNode");
+        const std::string* server = getValue(section, CALLHOME_NODE);
         if (server != nullptr) {
             callhomeNodes.insert(*server);
         }
-        const std::string* childList = getValue(section, "callhomeChildNodes");
+        const std::string* childList = getValue(section, CALLHOME_CHILD_NODES);
         if (childList == nullptr) {
             continue;
         }
-        if (!isPieceOf(*childList, localName)) {
-            continue;
-        }
-        isCallhomeChild = true;
-        // Only the child list decides, and the last group wins: a server that is missing from its own list is
-        // in no group.
-        if (!localName.empty()) {
+        std::set<std::string> childs;
+        stringToSet(&childs, *childList, ",");
+        // Only the child list decides, and the last group wins. A server that is missing from its own list
+        // has no group name and no server, though isCurrNodeInCallhomeGroup() counts it.
+        if (!localName.empty() && childs.contains(localName)) {
             callhomeNode = server == nullptr ? emptyStrg : *server;
             groupName = name;
         }
+        callhomeChilds.merge(childs);
     }
 }
 
@@ -67,13 +51,6 @@ const std::set<std::string>& ZlCallhome::getCallhomeChilds()
 {
     ZL_TRACE();
     updateCallhomeNodes();
-    for (const auto& [name, section] : config) {
-        if (const std::string* childList = getValue(section, "callhomeChildNodes")) {
-            std::set<std::string> childs;
-            stringToSet(&childs, *childList, ",");
-            callhomeChilds.merge(childs);
-        }
-    }
     return callhomeChilds;
 }
 
@@ -81,20 +58,20 @@ int ZlCallhome::isCurrNodeInCallhomeGroup() const
 {
     ZL_TRACE();
     const std::string& localName = getLocalNodeName();
-    return callhomeNodes.count(localName) != 0 || isCallhomeChild ? 1 : 0;
+    return callhomeNodes.contains(localName) || callhomeChilds.contains(localName) ? 1 : 0;
 }
 
 bool ZlCallhome::isCapabilityEnabled() const
 {
     ZL_TRACE();
-    return getConfigAttribute(groupName, "enabled") == "true";
+    return getConfigAttribute(groupName, ENABLED) == "true";
 }
 
 ZelfVersion ZlCallhome::getThisGroupMasterVersion() const
 {
     ZL_TRACE();
-    const std::string version = getConfigAttribute(groupName, "masterReleaseVersion");
-    return ZelfVersion(version == "unknown" ? "0.0.0.0" : version);
+    const std::string version = getConfigAttribute(groupName, MASTER_RELEASE_VERSION);
+    return ZelfVersion(version == UNKNOWN ? "0.0.0.0" : version);
 }
 
 void ZlCallhome::setCallhomeNodeClasses()
@@ -104,10 +81,10 @@ void ZlCallhome::setCallhomeNodeClasses()
     std::vector<std::string> servers;
     std::vector<std::string> clients;
     for (const auto& [name, section] : config) {
-        if (const std::string* server = getValue(section, "callhomeNode")) {
+        if (const std::string* server = getValue(section, CALLHOME_NODE)) {
             servers.push_back(*server);
         }
-        if (const std::string* childList = getValue(section, "callhomeChildNodes")) {
+        if (const std::string* childList = getValue(section, CALLHOME_CHILD_NODES)) {
             clients.push_back(*childList);
         }
     }

@@ -1,5 +1,6 @@
 #include "callhome/zlcallhomeexecute.h"
 
+#include "callhome/zlcallhome.h"
 #include "services/zlerrorservice.h"
 
 namespace {
@@ -9,19 +10,16 @@ const char* const MAIN_PROPERTIES = "/opt/zelf/data/callhome/etc/UPLmain.propert
 
 } // namespace
 
-ZlCallhomeExecute::ZlCallhomeExecute(ZlCallhome* callhome) : errorServiceP(nullptr), callhomeP(callhome)
+ZlCallhomeExecute::ZlCallhomeExecute(ZlCallhome* callhome)
+    : errorServiceP(ZlErrorService::errorServiceP), callhomeP(callhome)
 {
     ZL_TRACE();
-    errorServiceP = ZlErrorService::getInstance();
     errorServiceP->pushNewMsg("Create ZlCallhomeExecute object.");
     subjectSettings = {
         {"proxy",
-         {"proxy-location", "proxy-port", "proxy-username", "proxy-password", "proxy-auth-enabled",
-          "proxy-enabled", "proxy-disabled", "proxy-enable", "proxy-auth-enable"}},
-        {"info", {"customer-name", "customer-id", "email", "country-code"}},
+         {"proxy-auth-enabled", "proxy-enabled", "proxy-disabled", "proxy-enable", "proxy-auth-enable"}},
         {"capability", {"enabled", "disabled"}},
     };
-    // Property file, then key and value in turn.
     settings = {
         {"proxy-location", {CONNECT_PROPERTIES, "CUSTOMER_SUPPLIED_HTTP_PROXY_LOCATION_1"}},
         {"proxy-port", {CONNECT_PROPERTIES, "CUSTOMER_SUPPLIED_HTTP_PROXY_PORT_1"}},
@@ -38,18 +36,21 @@ ZlCallhomeExecute::ZlCallhomeExecute(ZlCallhome* callhome) : errorServiceP(nullp
         {"list", {}},
         {"proxy-enabled", {}},
         {"proxy-auth-enabled", {}},
-        {"customer-name", {}},
-        {"customer-id", {}},
-        {"email", {}},
-        {"country-code", {}},
         {"daily", {}},
         {"weekly", {}},
     };
+    // What an option changes is known, whether it has a property or not.
+    for (const char* subject : {"proxy", "info"}) {
+        for (const std::string& name : settingsOf(subject)) {
+            subjectSettings[subject].insert(name);
+            settings[name];
+        }
+    }
     errorServiceP->pushNewMsg("ZlCallhomeExecute object created.");
 }
 
 int ZlCallhomeExecute::validateOption(const std::string& name) const
 {
     ZL_TRACE();
-    return settings.count(name) != 0 ? 0 : 1;
+    return settings.contains(name) ? 0 : 1;
 }

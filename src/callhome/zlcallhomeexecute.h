@@ -1,7 +1,4 @@
-// The settings that the tool knows by name.
-//
-// Only the names are consulted here. The values record where each setting lands in the property files of the
-// upload client, which the monitoring service maintains.
+// The settings that the tool knows by name. (The handlers are in commands/zlcallhome_excute.h.)
 #pragma once
 
 #include <map>
@@ -19,13 +16,10 @@ public:
     // 0 when the setting is known.
     int validateOption(const std::string& name) const;
 
-    const std::map<std::string, std::set<std::string>>& getSubjectSettings() const { return subjectSettings; }
-    const std::map<std::string, std::vector<std::string>>& getSettings() const { return settings; }
-    ZlCallhome* getCallhome() const { return callhomeP; }
-
-private:
+    // Only the names in `settings` are consulted. The rest is a record of where each setting belongs: to its
+    // subject, and in the property files of the upload client, which the monitoring service maintains.
     ZlErrorService* errorServiceP;
     std::map<std::string, std::set<std::string>> subjectSettings;
-    std::map<std::string, std::vector<std::string>> settings;
+    std::map<std::string, std::vector<std::string>> settings; // property file, then key and value in turn
     ZlCallhome* callhomeP;
 };

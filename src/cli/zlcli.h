@@ -160,6 +160,8 @@ public:
     static const std::string optstring;
     static const std::string REMOTE_ONE1;
     static const std::string REMOTE_ONALL;
+    // What runs an encoded command line on the other node.
+    static const std::string REMOTE_ENTRY;
     // An older form of the dispatch, no longer used.
     static const std::string REMOTE_PRE_CMD;
     static const std::string REMOTE_POST_CMD;

@@ -14,6 +14,7 @@
 
 const std::string ZlCli::REMOTE_ONE1 = "/opt/zelf/bin/zelfrun on1 ";
 const std::string ZlCli::REMOTE_ONALL = "/opt/zelf/bin/zelfrun onall ";
+const std::string ZlCli::REMOTE_ENTRY = "execzelfhome_2";
 const std::string ZlCli::REMOTE_PRE_CMD = " execzelfhome $(/opt/zelf/bin/zelfadm fullEncode '";
 const std::string ZlCli::REMOTE_POST_CMD = "' ) 2>&1";
 

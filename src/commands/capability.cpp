@@ -1,21 +1,21 @@
 // zelfhome capability: the master switch of call home.
 #include "commands/zlcallhome_excute.h"
 
-#include "callhome/zlcallhome.h"
 #include "services/zlerrorservice.h"
+#include "services/zlutils.h"
 
 int capabilityEnable(char* /*prompt*/, char* args, bool /*interactive*/)
 {
     ZL_TRACE();
     return isOldMaster() ? forwardToHelper("capability", "enable", args)
-                         : changeSettingViaZelfmon("enabled", "true");
+                         : changeSettingViaZelfmon(ZlCallhome::ENABLED, "true");
 }
 
 int capabilityDisable(char* /*prompt*/, char* args, bool /*interactive*/)
 {
     ZL_TRACE();
     return isOldMaster() ? forwardToHelper("capability", "disable", args)
-                         : changeSettingViaZelfmon("enabled", "false");
+                         : changeSettingViaZelfmon(ZlCallhome::ENABLED, "false");
 }
 
 int capabilityList(char* /*prompt*/, char* args, bool /*interactive*/)
@@ -24,13 +24,15 @@ int capabilityList(char* /*prompt*/, char* args, bool /*interactive*/)
     if (isOldMaster()) {
         return forwardToHelper("capability", "list", args);
     }
-    showList(tableOfSections({"group", "callHomeNode", "status"}, [](const auto& name, const auto& section,
-                                                                     auto& rows) {
-        const auto enabled = section.find("enabled");
-        if (enabled != section.end()) {
-            rows.push_back({name, name == ZlCallhome::GLOBAL_LABEL ? " --- " : cell(section, "callhomeNode"),
-                            enabled->second == "true" ? "enabled" : "disabled"});
+    PlainTable table = {{"group", "callHomeNode", "status"}};
+    for (const auto& [name, section] : sectionsGlobalFirst()) {
+        if (const std::string* enabled = getValue(section, ZlCallhome::ENABLED)) {
+            table.push_back(
+                {name,
+                 name == ZlCallhome::GLOBAL_LABEL ? " --- " : valueOr(section, ZlCallhome::CALLHOME_NODE),
+                 *enabled == "true" ? "enabled" : "disabled"});
         }
-    }));
+    }
+    showList(table);
     return 0;
 }

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 
-#include "callhome/zlcallhome.h"
 #include "cluster/zlclusterinfo.h"
 #include "commands/zlcallhome_utils.h"
 #include "services/zlerrorservice.h"
@@ -26,33 +25,17 @@ std::vector<std::string> takeChildNodes(std::vector<std::string>& args)
     return nodes;
 }
 
-int fail(const std::string& reason)
-{
-    chServiceP->userResponse = reason;
-    return 1;
-}
-
-// Runs a request that changes the groups. The answer becomes the result message. Gives the exit code.
-int changeGroups(const std::string& request, std::vector<std::string>& reply)
-{
-    const int code = chServiceP->executeCMD("/opt/zelf/bin/zelfmonc callhome " + request, &reply);
-    chServiceP->userResponse = containerToString(reply, emptyStrg);
-    return code;
-}
-
 // Gives the former members that the answer to deleteGroup names: they stand in its second line, behind a text
 // of fixed length and ahead of the line end. A line that is shorter than that text raises a range error.
-std::vector<std::string> formerMembers(const std::vector<std::string>& reply)
+std::vector<std::string> formerMembers(const std::string& answer)
 {
     constexpr size_t TEXT_LENGTH = 36;
-    // A long line comes in pieces.
-    const std::string text = containerToString(reply, emptyStrg);
-    const size_t firstEnd = text.find('\n');
-    if (firstEnd == std::string::npos || firstEnd + 1 == text.size()) {
+    const size_t begin = answer.find('\n') + 1;
+    if (begin == 0 || begin == answer.size()) {
         return {};
     }
-    const size_t secondEnd = std::min(text.find('\n', firstEnd + 1), text.size() - 1);
-    std::string names = text.substr(firstEnd + 1, secondEnd - firstEnd).substr(TEXT_LENGTH);
+    const std::string line = answer.substr(begin, answer.find('\n', begin) - begin + 1);
+    std::string names = line.substr(TEXT_LENGTH);
     if (!names.empty()) {
         names.pop_back();
     }
@@ -91,12 +74,11 @@ int groupAdd(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
     // A server that stopped answering since the last probe has no version.
     const std::map<std::string, ZelfVersion> versions = getNodesVersions(members);
     const auto version = versions.find(server);
-    std::sort(members.begin(), members.end());
-    std::vector<std::string> reply;
-    const int code = changeGroups("addGroup " + group + " " + server + " " +
-                                      (version == versions.end() ? "0.0.0.0" : version->second.getText()) +
-                                      " " + containerToString(members, ","),
-                                  reply);
+    std::ranges::sort(members);
+    const int code =
+        askMonitoringService("addGroup " + group + " " + server + " " +
+                             (version == versions.end() ? "0.0.0.0" : version->second.getText()) + " " +
+                             containerToString(members, ","));
     if (code == 0) {
         chServiceP->setCallhomeNodeClasses();
     }
@@ -106,12 +88,11 @@ int groupAdd(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 int groupDel(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 {
     ZL_TRACE();
-    std::vector<std::string> reply;
-    const int code = changeGroups("deleteGroup " + requiredArgument(0), reply);
+    const int code = askMonitoringService("deleteGroup " + requiredArgument(0));
     if (code != 0) {
         return code;
     }
-    disableLocally(formerMembers(reply));
+    disableLocally(formerMembers(chServiceP->userResponse));
     chServiceP->setCallhomeNodeClasses();
     chServiceP->userResponse = "Successfully deleted";
     return 0;
@@ -130,16 +111,16 @@ int groupList(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
         const std::string& name = toName(node);
         return name.empty() ? "------" : name;
     };
-    showList(tableOfSections({"callHomeGroup", "callHomeNode", "callHomeChildNodes"},
-                             [&](const auto& name, const auto& section, auto& rows) {
-                                 if (name == ZlCallhome::GLOBAL_LABEL) {
-                                     return;
-                                 }
-                                 const std::string server = shownName(cell(section, "callhomeNode"));
-                                 std::vector<std::string> childs =
-                                     split(cell(section, "callhomeChildNodes"), ",");
-                                 std::transform(childs.begin(), childs.end(), childs.begin(), shownName);
-                                 rows.push_back({name, server, containerToString(childs, ",")});
-                             }));
+    PlainTable table = {{"callHomeGroup", "callHomeNode", "callHomeChildNodes"}};
+    for (const auto& [name, section] : chServiceP->config) {
+        if (name == ZlCallhome::GLOBAL_LABEL) {
+            continue;
+        }
+        const std::string server = shownName(valueOr(section, ZlCallhome::CALLHOME_NODE));
+        std::vector<std::string> childs = split(valueOr(section, ZlCallhome::CALLHOME_CHILD_NODES), ",");
+        std::ranges::transform(childs, childs.begin(), shownName);
+        table.push_back({name, server, containerToString(childs, ",")});
+    }
+    showList(table);
     return 0;
 }

@@ -8,7 +8,6 @@
 #include <iostream>
 #include <iterator>
 
-#include "callhome/zlcallhome.h"
 #include "cluster/zlclusterinfo.h"
 #include "commands/zlcallhome_utils.h"
 #include "services/zlerrorservice.h"
@@ -34,7 +33,7 @@ void trace(const std::string& text)
 // it there.
 void enableCapability()
 {
-    chServiceP->setConfig({ZlCallhome::GLOBAL_LABEL, {{"enabled", "true"}}});
+    chServiceP->setConfig({ZlCallhome::GLOBAL_LABEL, {{ZlCallhome::ENABLED, "true"}}});
     chServiceP->writeConfig();
     chServiceP->removeOption("--enable", true);
 }
@@ -52,14 +51,13 @@ void screenNodes()
     const std::string level = toString(chServiceP->getMinReleaseLevel());
     if (nodes.empty()) {
         chServiceP->pushMessage("No nodes available with min release level " + level);
-        chServiceP->userResponse = "Terminate execution.";
-        chServiceP->terminateProgram(1);
+        giveUp("Terminate execution.");
     }
     if (refused != 0) {
         chServiceP->pushMessage("Some nodes do not have min release level " + level);
         chServiceP->pushMessage("Number of nodes exclude from processing: " + toString(refused));
     }
-    // The copy still lists the refused nodes: the external tool makes its own choice among all of them.
+    // The copy is the list as it was read, with the refused nodes.
     file.setFileName(ALL_NODES_COPY);
     file.writeFile();
 }
@@ -97,15 +95,13 @@ int deployGlobalSettings(const std::set<std::string>& existingServers)
     for (const std::vector<std::string>& words : commands) {
         const std::string command = encodedCommand(words);
         std::vector<std::string> relevant;
-        std::copy_if(servers.begin(), servers.end(), std::back_inserter(relevant), [&](const auto& server) {
-            return existingServers.count(ZlClusterInfo::toAdminLongName(server)) == 0;
+        std::ranges::copy_if(servers, std::back_inserter(relevant), [&](const auto& server) {
+            return !existingServers.contains(ZlClusterInfo::toAdminLongName(server));
         });
         trace("Existed callhome nodes:" + toString(existingServers, ", "));
         trace("Relevant nodes:" + containerToString(relevant, ", "));
-        if (executeOnNodes(relevant, "execzelfhome_2 " + command).exitCode != 0) {
-            chServiceP->userResponse =
-                "Problem with zelfrun/zelfremote. See /var/zelf/tmp/zelfhome.log for details";
-            chServiceP->terminateProgram(1);
+        if (executeOnNodes(relevant, ZlCli::REMOTE_ENTRY + " " + command).exitCode != 0) {
+            giveUp("Problem with zelfrun/zelfremote. See /var/zelf/tmp/zelfhome.log for details");
         }
     }
     return 0;

@@ -1,7 +1,6 @@
 // zelfhome proxy: the way to the outside through a proxy.
 #include "commands/zlcallhome_excute.h"
 
-#include "callhome/zlcallhome.h"
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
 
@@ -10,13 +9,6 @@ namespace {
 bool isDefined(const char* key)
 {
     return chServiceP->isConfigAttributeDefinedAndNotEmpty(ZlCallhome::GLOBAL_LABEL, key) != 0;
-}
-
-// Says what has to be defined first. Gives 1.
-int refuse(const std::string& text)
-{
-    chServiceP->userResponse = text;
-    return 1;
 }
 
 } // namespace
@@ -28,23 +20,24 @@ int proxyEnable(char* /*prompt*/, char* args, bool /*interactive*/)
         return forwardToHelper("proxy", "enable", args);
     }
     if (!isDefined("proxy-location")) {
-        return refuse("Please define proxy-location prior to enabling proxy");
+        return fail("Please define proxy-location prior to enabling proxy");
     }
     if (!isDefined("proxy-port")) {
-        return refuse("Please define proxy-port prior to enabling proxy");
+        return fail("Please define proxy-port prior to enabling proxy");
     }
     const bool withAuth = contains(chServiceP->getCmdOptionVector(), "--with-proxy-auth");
     if (withAuth) {
         if (!isDefined("proxy-username")) {
-            return refuse("Please define proxy-username prior to enabling authenticated proxy");
+            return fail("Please define proxy-username prior to enabling authenticated proxy");
         }
         // Unlike a user name, a password may be empty.
-        if (chServiceP->getConfigAttribute(ZlCallhome::GLOBAL_LABEL, "proxy-password") == "unknown") {
-            return refuse("Please define proxy-password prior to enabling authenticated proxy");
+        if (chServiceP->getConfigAttribute(ZlCallhome::GLOBAL_LABEL, "proxy-password") ==
+            ZlCallhome::UNKNOWN) {
+            return fail("Please define proxy-password prior to enabling authenticated proxy");
         }
     }
     return changeSettingViaZelfmon(
-        {{"proxy-auth-enabled", withAuth ? "true" : "false"}, {"proxy-enabled", "true"}});
+        {{ZlCallhome::PROXY_AUTH_ENABLED, withAuth ? "true" : "false"}, {ZlCallhome::PROXY_ENABLED, "true"}});
 }
 
 int proxyDisable(char* /*prompt*/, char* args, bool /*interactive*/)
@@ -53,7 +46,8 @@ int proxyDisable(char* /*prompt*/, char* args, bool /*interactive*/)
     if (isOldMaster()) {
         return forwardToHelper("proxy", "disable", args);
     }
-    return changeSettingViaZelfmon({{"proxy-auth-enabled", "false"}, {"proxy-enabled", "false"}});
+    return changeSettingViaZelfmon(
+        {{ZlCallhome::PROXY_AUTH_ENABLED, "false"}, {ZlCallhome::PROXY_ENABLED, "false"}});
 }
 
 int proxyChange(char* /*prompt*/, char* args, bool /*interactive*/)
@@ -69,14 +63,15 @@ int proxyList(char* /*prompt*/, char* args, bool /*interactive*/)
     if (isOldMaster()) {
         return forwardToHelper("proxy", "list", args);
     }
-    showList(tableOfSections(
-        {"group", "proxyAuthEnabled", "proxyEnabled", "proxyLocation", "proxyPort", "proxyUsername"},
-        [](const auto& name, const auto& section, auto& rows) {
-            if (section.count("proxy-username") != 0) {
-                rows.push_back({name, cell(section, "proxy-auth-enabled"), cell(section, "proxy-enabled"),
-                                cell(section, "proxy-location"), cell(section, "proxy-port"),
-                                cell(section, "proxy-username")});
-            }
-        }));
+    PlainTable table = {
+        {"group", "proxyAuthEnabled", "proxyEnabled", "proxyLocation", "proxyPort", "proxyUsername"}};
+    for (const auto& [name, section] : sectionsGlobalFirst()) {
+        if (section.contains("proxy-username")) {
+            table.push_back({name, valueOr(section, ZlCallhome::PROXY_AUTH_ENABLED),
+                             valueOr(section, ZlCallhome::PROXY_ENABLED), valueOr(section, "proxy-location"),
+                             valueOr(section, "proxy-port"), valueOr(section, "proxy-username")});
+        }
+    }
+    showList(table);
     return 0;
 }

@@ -1,25 +1,19 @@
 // zelfhome run: the check that goes ahead of every run, and the gather and send run.
 #include "commands/zlcallhome_excute.h"
 
-#include "callhome/zlcallhome.h"
 #include "cli/cmdtable.h"
 #include "services/zlerrorservice.h"
 
 int runCmdPreCheck()
 {
     ZL_TRACE();
-    const char* reason = nullptr;
     if (chServiceP->isCurrNodeInCallhomeGroup() == 0) {
-        reason = NO_CALLHOME_NODE;
-    } else if (!chServiceP->isCapabilityEnabled()) {
-        reason = "Please enable capability prior to running data collection";
+        return chServiceP->execCmdRc = fail(NO_CALLHOME_NODE);
     }
-    if (reason == nullptr) {
-        return 0;
+    if (!chServiceP->isCapabilityEnabled()) {
+        return chServiceP->execCmdRc = fail("Please enable capability prior to running data collection");
     }
-    chServiceP->userResponse = reason;
-    chServiceP->execCmdRc = 1;
-    return 1;
+    return 0;
 }
 
 void mapTaskWords(char* args)

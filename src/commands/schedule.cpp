@@ -3,9 +3,8 @@
 
 #include <iostream>
 
-#include "callhome/zlcallhome.h"
-#include "cli/cmdtable.h"
 #include "services/zlerrorservice.h"
+#include "services/zlutils.h"
 
 namespace {
 
@@ -42,15 +41,14 @@ int scheduleList(char* /*prompt*/, char* args, bool /*interactive*/)
     if (!chServiceP->getMachineReadableOutput()) {
         std::cout << "=== List of registered schedule tasks ===\n\n";
     }
-    showList(
-        tableOfSections({"group", "scheduleType", "isEnabled", "confFile"},
-                        [](const auto& name, const auto& section, auto& rows) {
-                            for (const char* task : {"daily", "weekly"}) {
-                                const auto state = section.find(task);
-                                if (state != section.end()) {
-                                    rows.push_back({name, task, state->second, std::string(task) + ".conf"});
-                                }
-                            }
-                        }));
+    PlainTable table = {{"group", "scheduleType", "isEnabled", "confFile"}};
+    for (const auto& [name, section] : sectionsGlobalFirst()) {
+        for (const std::string task : {ZlCallhome::DAILY, ZlCallhome::WEEKLY}) {
+            if (const std::string* state = getValue(section, task)) {
+                table.push_back({name, task, *state, task + ".conf"});
+            }
+        }
+    }
+    showList(table);
     return 0;
 }

@@ -12,7 +12,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "callhome/zlcallhome.h"
 #include "cli/cmdtable.h"
 #include "commands/chunkfile.h"
 #include "commands/colonformat.h"
@@ -39,13 +38,6 @@ struct SendJob {
     }
 };
 
-// Ends the process with 1.
-[[noreturn]] void giveUp(const std::string& reason)
-{
-    chServiceP->userResponse = reason;
-    chServiceP->terminateProgram(1);
-}
-
 // --- ahead of the fork: every failure is the user's to see -----------------------------------------------
 
 // Takes file and case number out of the arguments; the file's option may be mapped or not.
@@ -70,8 +62,8 @@ std::string findDumpDirectory()
     }
     std::string directory;
     for (const ColonRecord& record : parseColonFormat(lines, COLON_HEADER)) {
-        if (cell(record, "name") == "dataStructureDump") {
-            directory = cell(record, "value");
+        if (valueOr(record, "name") == "dataStructureDump") {
+            directory = valueOr(record, "value");
         }
     }
     if (directory.empty()) {
@@ -91,9 +83,9 @@ void setUp(SendJob& job)
     }
     const std::vector<ColonRecord> records = parseColonFormat(job.reply, COLON_HEADER);
     if (!records.empty()) {
-        job.chunkSizeText = cell(records.front(), "Chunk size");
+        job.chunkSizeText = valueOr(records.front(), "Chunk size");
         job.chunkSize = std::strtoll(job.chunkSizeText.c_str(), nullptr, 10);
-        job.jobId = cell(records.front(), "Job ID");
+        job.jobId = valueOr(records.front(), "Job ID");
     }
     if (job.jobId.empty() || job.chunkSize <= 0) {
         giveUp("Received wrong results from the sysmonitor when querying for a chunk size");
@@ -162,11 +154,10 @@ int sendForCase()
 {
     SendJob job;
     job.callhomeNode = chServiceP->getCallhomeNode();
-    if (chServiceP->getThisGroupMasterVersion() < ZelfVersion(MONITORING_ROUTE_VERSION)) {
-        chServiceP->userResponse = "The release level of the callhome node " + job.callhomeNode +
-                                   " is too low for this operation (required 4.2.3.7+)";
-        chServiceP->execCmdRc = 1;
-        return 1;
+    const ZelfVersion version = chServiceP->getThisGroupMasterVersion();
+    if (version < ZelfVersion(MONITORING_ROUTE_VERSION)) {
+        return chServiceP->execCmdRc = fail("The release level of the callhome node " + job.callhomeNode +
+                                            " is too low for this operation (required 4.2.3.7+)");
     }
     readArguments(job);
     job.fileSize = getFileSize(job.path);

@@ -1,7 +1,6 @@
 // zelfhome status: how the runs went.
 #include "commands/zlcallhome_excute.h"
 
-#include "callhome/zlcallhome.h"
 #include "cli/cmdtable.h"
 #include "services/zlerrorservice.h"
 
@@ -38,12 +37,10 @@ int statusCmd(char* prompt, char* args, bool interactive)
     ZL_TRACE();
     // Help is given outside a group too.
     if (chServiceP->getCallhomeNode().empty() && !chServiceP->helpRequest() && !chServiceP->verb.empty()) {
-        chServiceP->userResponse =
-            "This node is not a member of a callhome group. Cannot execute this command.";
         chServiceP->pushMessage("Execute this command on a node which is a member of a callhome group.");
         ZlCallhome::errorServiceP->pushNewMsg(
             "statusCmd: Execution not possible on a non callhome group member.");
-        chServiceP->terminateProgram(1);
+        giveUp("This node is not a member of a callhome group. Cannot execute this command.");
     }
     helpMsg = statusHelpMsg;
     return executeCommand(prompt, args, statusCmdTable, interactive);
@@ -73,7 +70,7 @@ int statusDelete(char* /*prompt*/, char* args, bool /*interactive*/)
     ZL_TRACE();
     mapOption(args, "--StartTime", "--startTime");
     mapOption(args, "--StartTimeBefore", "--startTimeBefore");
-    // Hits inside --starttimebefore too, which so stays "--startTimebefore"; the helper program knows it.
+    // Hits inside --starttimebefore too, and leaves --startTimebefore, which the next row does not find.
     mapOption(args, "--starttime", "--startTime");
     mapOption(args, "--starttimebefore", "startTimeBefore");
     return forwardToHelper("status", "delete", args);

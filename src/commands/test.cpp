@@ -3,7 +3,6 @@
 
 #include <ctime>
 
-#include "callhome/zlcallhome.h"
 #include "services/executecmd.h"
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
@@ -28,9 +27,7 @@ int testConnection(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 {
     ZL_TRACE();
     if (chServiceP->isCurrNodeInCallhomeGroup() == 0) {
-        chServiceP->userResponse = NO_CALLHOME_NODE;
-        chServiceP->execCmdRc = 1;
-        return 1;
+        return chServiceP->execCmdRc = fail(NO_CALLHOME_NODE);
     }
     std::string report = "## Starting connectivity test between the call home node and Quorvex\n";
     report += "Call home node: " + chServiceP->getCallhomeNode() + "\n";

@@ -4,16 +4,13 @@
 
 #include <iostream>
 
-#include "callhome/zlcallhome.h"
 #include "services/zlerrorservice.h"
-#include "services/zlutils.h"
 
 int zelfmonQuery(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 {
     ZL_TRACE();
-    std::vector<std::string> lines;
-    const int code = chServiceP->executeCMD("/opt/zelf/bin/zelfmonc callhome " + requiredArgument(0), &lines);
-    std::cout << containerToString(lines, emptyStrg);
+    const int code = askMonitoringService(requiredArgument(0));
+    std::cout << chServiceP->userResponse;
     chServiceP->userResponse = "silent";
     chServiceP->terminateProgram(code);
 }

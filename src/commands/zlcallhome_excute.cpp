@@ -1,14 +1,29 @@
 #include "commands/zlcallhome_excute.h"
 
-#include "callhome/zlcallhome.h"
+#include <algorithm>
+
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
 
 bool isOldMaster()
 {
     ZL_TRACE();
-    return chServiceP->getThisGroupMasterVersion() < ZelfVersion(MONITORING_ROUTE_VERSION) &&
-           chServiceP->isCurrNodeInCallhomeGroup() != 0;
+    const ZelfVersion version = chServiceP->getThisGroupMasterVersion();
+    return version < ZelfVersion(MONITORING_ROUTE_VERSION) && chServiceP->isCurrNodeInCallhomeGroup() != 0;
+}
+
+int fail(const std::string& reason)
+{
+    ZL_TRACE();
+    chServiceP->userResponse = reason;
+    return 1;
+}
+
+void giveUp(const std::string& reason)
+{
+    ZL_TRACE();
+    chServiceP->userResponse = reason;
+    chServiceP->terminateProgram(1);
 }
 
 const std::string& requiredArgument(size_t place)
@@ -16,8 +31,7 @@ const std::string& requiredArgument(size_t place)
     ZL_TRACE();
     const std::vector<std::string>& args = chServiceP->getCmdOptionVector();
     if (place >= args.size()) {
-        chServiceP->userResponse = ZlCmd::userResponseMissingArg;
-        chServiceP->terminateProgram(1);
+        giveUp(ZlCmd::userResponseMissingArg);
     }
     return args[place];
 }
@@ -31,7 +45,7 @@ int forwardToHelper(const std::string& subject, const std::string& verb, const c
 int changeSettingsBasedOnOptions()
 {
     ZL_TRACE();
-    SettingsMap settings;
+    ZlCallhome::Section settings;
     const std::vector<std::string>& args = chServiceP->getCmdOptionVector();
     for (size_t i = 0; i < args.size(); i += 2) {
         // A word of less than two bytes raises a range error here.
@@ -49,43 +63,39 @@ int changeSettingsBasedOnOptions()
     return changeSettingViaZelfmon(settings);
 }
 
-int changeSettingViaZelfmon(const SettingsMap& settings)
+int askMonitoringService(const std::string& request)
 {
     ZL_TRACE();
-    std::string command = "/opt/zelf/bin/zelfmonc callhome changeConfig";
-    for (const auto& [key, value] : settings) {
-        command += " '" + key + "' '" + replaceAllSubstrings(value, "'", "'\\''") + "'";
-    }
     std::vector<std::string> reply;
-    const int code = chServiceP->executeCMD(command, &reply);
+    const int code = chServiceP->executeCMD(MONITORING_CLIENT + request, &reply);
     chServiceP->userResponse = containerToString(reply, emptyStrg);
     return code;
+}
+
+int changeSettingViaZelfmon(const ZlCallhome::Section& settings)
+{
+    ZL_TRACE();
+    std::string request = "changeConfig";
+    for (const auto& [key, value] : settings) {
+        request += " '" + key + "' '" + replaceAllSubstrings(value, "'", "'\\''") + "'";
+    }
+    return askMonitoringService(request);
 }
 
 int changeSettingViaZelfmon(const std::string& key, const std::string& value)
 {
     ZL_TRACE();
-    return changeSettingViaZelfmon(SettingsMap{{key, value}});
+    return changeSettingViaZelfmon(ZlCallhome::Section{{key, value}});
 }
 
-PlainTable tableOfSections(
-    const std::vector<std::string>& header,
-    const std::function<void(const std::string& name, const SectionMap& section, PlainTable& rows)>& addRows)
+std::vector<std::pair<std::string, ZlCallhome::Section>> sectionsGlobalFirst()
 {
     ZL_TRACE();
-    PlainTable table = {header};
-    PlainTable groupRows;
-    for (const auto& [name, section] : chServiceP->config) {
-        addRows(name, section, name == ZlCallhome::GLOBAL_LABEL ? table : groupRows);
-    }
-    table.insert(table.end(), groupRows.begin(), groupRows.end());
-    return table;
-}
-
-std::string cell(const SectionMap& section, const std::string& key)
-{
-    const std::string* value = getValue(section, key);
-    return value == nullptr ? emptyStrg : *value;
+    const auto& config = chServiceP->config;
+    std::vector<std::pair<std::string, ZlCallhome::Section>> sections(config.begin(), config.end());
+    std::ranges::stable_partition(
+        sections, [](const auto& section) { return section.first == ZlCallhome::GLOBAL_LABEL; });
+    return sections;
 }
 
 void showList(const PlainTable& table)

@@ -1,15 +1,16 @@
-// The handlers of all verbs, and what they share.
+// The handlers of all verbs, and what they share. (The settings that the tool knows are in
+// callhome/zlcallhomeexecute.h.)
 //
 // A handler returns its status and leaves its words in the userResponse of chServiceP, or ends the process.
 // The arguments of the command are in the argument vector of chServiceP; `args`, the text behind the verb, is
 // empty when the command came from a command line.
 #pragma once
 
-#include <functional>
-#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "callhome/zlcallhome.h"
 #include "services/plaintable.h"
 
 int groupList(char* prompt, char* args, bool interactive);
@@ -35,8 +36,11 @@ int statusDelete(char* prompt, char* args, bool interactive);
 int testConnection(char* prompt, char* args, bool interactive);
 int zelfmonQuery(char* prompt, char* args, bool interactive);
 
-// Settings by key; their order is the order of the pairs in the request.
-using SettingsMap = std::map<std::string, std::string>;
+// Leaves the reason as the result message. Gives 1.
+int fail(const std::string& reason);
+
+// Ends the process with 1 and the reason.
+[[noreturn]] void giveUp(const std::string& reason);
 
 // True when this node is in a group whose server is older than the monitoring service's requests: the command
 // then goes to the helper program.
@@ -52,21 +56,16 @@ int forwardToHelper(const std::string& subject, const std::string& verb, const c
 // Hands the option and value pairs of the command to the monitoring service. 2: there are none.
 int changeSettingsBasedOnOptions();
 
-// Hand settings to the monitoring service, whose answer becomes the result message. Give its client's exit
-// code.
-int changeSettingViaZelfmon(const SettingsMap& settings);
+// Sends a request to the monitoring service by its client on this node. The answer becomes the result
+// message. Gives the client's exit code.
+int askMonitoringService(const std::string& request);
+
+// Hand settings to the monitoring service, in the order of their keys.
+int changeSettingViaZelfmon(const ZlCallhome::Section& settings);
 int changeSettingViaZelfmon(const std::string& key, const std::string& value);
 
-using SectionMap = std::map<std::string, std::string>;
-
-// Gives the table of a list verb over the configuration: the header, the rows that `addRows` makes of the
-// section "global", then those of the groups in the order of their names.
-PlainTable tableOfSections(
-    const std::vector<std::string>& header,
-    const std::function<void(const std::string& name, const SectionMap& section, PlainTable& rows)>& addRows);
-
-// Gives a cell: the section's value of the key, empty when it has none.
-std::string cell(const SectionMap& section, const std::string& key);
+// Gives the sections of the configuration with their names: "global", then the groups in the order of theirs.
+std::vector<std::pair<std::string, ZlCallhome::Section>> sectionsGlobalFirst();
 
 // What a node outside every group hears.
 constexpr const char* NO_CALLHOME_NODE =

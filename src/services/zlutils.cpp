@@ -246,6 +246,13 @@ const std::string* getValue(const std::map<std::string, std::string>& map, const
     return entry == map.end() ? nullptr : &entry->second;
 }
 
+std::string valueOr(const std::map<std::string, std::string>& map, const std::string& key,
+                    const std::string& missing)
+{
+    const std::string* value = getValue(map, key);
+    return value == nullptr ? missing : *value;
+}
+
 void percentEncode(std::string& out, const std::string& in, std::string_view set)
 {
     constexpr std::string_view digits = "0123456789ABCDEF";

@@ -72,6 +72,10 @@ std::string quoteForBothSides(const std::string& text);
 // Gives a pointer to the value, null when the key is missing.
 const std::string* getValue(const std::map<std::string, std::string>& map, const std::string& key);
 
+// Gives a copy of the value, `missing` when the key is missing.
+std::string valueOr(const std::map<std::string, std::string>& map, const std::string& key,
+                    const std::string& missing = emptyStrg);
+
 // Writes each byte of `in` that occurs in `set` as a percent sign and two upper-case hexadecimal digits.
 void percentEncode(std::string& out, const std::string& in, std::string_view set);
 void percentEncode(std::vector<std::string>& out, const std::vector<std::string>& in, std::string_view set);
