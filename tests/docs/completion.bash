@@ -16,6 +16,7 @@ cp "$SCRIPT" "$DESK/completion"
 touch "$DESK/out/core.dump" "$DESK/two words"
 chmod -R a+rwX "$DESK"
 chmod a+rx /var/zelf /var/zelf/gen /var/zelf/tmp
+chmod a+r /var/zelf/tmp/_callhomeconfig # the tool has narrowed it to its owner
 # shellcheck disable=SC2016 # what a shell would run
 for name in größe 'evil$(date)' 'evil;' "evil'" 'evil x' -evil 'evil*'; do
     sed -i "s|^</callhomeTopology>|<callhomeGroup>\nname=$name\n</callhomeGroup>\n&|" /var/zelf/tmp/_callhomeconfig
