@@ -1,101 +1,20 @@
 #include "cli/cmdtable.h"
 
-#include <algorithm>
-#include <array>
-#include <cctype>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <iostream>
-#include <string>
-#include <string_view>
-#include <unistd.h>
-
 #include "commands/zlcallhome_excute.h"
 #include "services/zelfnls.h"
 
 const char* helpMsg = nullptr;
-const char* progname = nullptr;
-
-// --- the tables ------------------------------------------------------------------------------------------
-
-const cmdTableRow cmdTable[] = {
-    {"--help", "?", helpCmd, 0},
-    {"group", "grp", groupCmd, 0},
-    {"capability", "cap", capabilityCmd, 0},
-    {"info", "info", infoCmd, 0},
-    {"proxy", "proxy", proxyCmd, 0},
-    {"schedule", "sch", scheduleCmd, 0},
-    {"run", "run", runCmd, 0},
-    {"status", "stat", statusCmd, 0},
-    {"test", "test", testCmd, 0},
-    {"zelfmon", "zelfmon", zelfmonCmd, 0},
-    {nullptr, nullptr, nullptr, 0},
-};
-
-const cmdTableRow groupCmdTable[] = {
-    {"--help", "-h", usage, 0},     {"list", "ls", groupList, 0},   {"add", "add", groupAdd, 0},
-    {"delete", "del", groupDel, 0}, {"auto", "auto", groupAuto, 0}, {nullptr, nullptr, nullptr, 0},
-};
-
-// The short names of enable and disable are spelled as scripts know them.
-const cmdTableRow capabilityCmdTable[] = {
-    {"--help", "-h", usage, 0},
-    {"list", "ls", capabilityList, 0},
-    {"enable", "enabale", capabilityEnable, 0},
-    {"disable", "disabale", capabilityDisable, 0},
-    {nullptr, nullptr, nullptr, 0},
-};
-
-const cmdTableRow infoCmdTable[] = {
-    {"--help", "-h", usage, 0},
-    {"list", "ls", infoList, 0},
-    {"change", "change", infoChange, 0},
-    {nullptr, nullptr, nullptr, 0},
-};
-
-const cmdTableRow proxyCmdTable[] = {
-    {"--help", "-h", usage, 0},
-    {"enable", "enable", proxyEnable, 0},
-    {"disable", "disable", proxyDisable, 0},
-    {"list", "ls", proxyList, 0},
-    {"change", "ch", proxyChange, 0},
-    {nullptr, nullptr, nullptr, 0},
-};
-
-const cmdTableRow scheduleCmdTable[] = {
-    {"--help", "-h", usage, 0},           {"list", "ls", scheduleList, 0}, {"add", "add", scheduleAdd, 0},
-    {"delete", "del", scheduleDelete, 0}, {nullptr, nullptr, nullptr, 0},
-};
-
-const cmdTableRow runCmdTable[] = {
-    {"--help", "-h", usage, 0},
-    {"gathersend", "gs", runGatherSend, 0},
-    {"sendfile", "sf", runSendFile, 0},
-    {nullptr, nullptr, nullptr, 0},
-};
-
-const cmdTableRow statusCmdTable[] = {
-    {"--help", "-h", usage, 0},
-    {"list", "list", statusList, 0},
-    {"delete", "del", statusDelete, 0},
-    {nullptr, nullptr, nullptr, 0},
-};
-
-// The help row's short name differs from the others'.
-const cmdTableRow testCmdTable[] = {
-    {"--help", "?", usage, 0},
-    {"connection", "connection", testConnection, 0},
-    {nullptr, nullptr, nullptr, 0},
-};
-
-const cmdTableRow zelfmonCmdTable[] = {
-    {"--help", "-h", usage, 0},
-    {"query", "query", zelfmonQuery, 0},
-    {nullptr, nullptr, nullptr, 0},
-};
 
 // --- the usage texts -------------------------------------------------------------------------------------
+
+const char* const statusHelpMsg =
+    "Usage:\n"
+    "\tzelfhome status list [--task {DAILY | WEEKLY | SENDFILE | SENDPMRDATA}]\n"
+    "\t                       [--numbers num] [--verbose]\n"
+    "\tzelfhome status delete {--task {DAILY | WEEKLY | SENDFILE | SENDPMRDATA} |\n"
+    "\t                          --starttime time | --starttimebefore time | --all}\n";
+
+namespace {
 
 const char* const groupHelpMsg =
     "Usage:\n"
@@ -138,18 +57,13 @@ const char* const runHelpMsg =
     "\tzelfhome run GatherSend --task {DAILY | WEEKLY}\n"
     "\tzelfhome run SendFile --file file [--desc DESC | --pmr {xxxxx.yyy.zzz | TSxxxxxxxxx}]\n";
 
-const char* const statusHelpMsg =
-    "Usage:\n"
-    "\tzelfhome status list [--task {DAILY | WEEKLY | SENDFILE | SENDPMRDATA}]\n"
-    "\t                       [--numbers num] [--verbose]\n"
-    "\tzelfhome status delete {--task {DAILY | WEEKLY | SENDFILE | SENDPMRDATA} |\n"
-    "\t                          --starttime time | --starttimebefore time | --all}\n";
-
 const char* const testHelpMsg = "Usage:\n"
                                 "\tzelfhome test connection\n";
 
 const char* const zelfmonHelpMsg = "Usage:\n"
                                    "\tzelfhome zelfmon query <command>\n";
+
+} // namespace
 
 int helpCmd(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 {
@@ -171,17 +85,78 @@ int usage(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
     return 1;
 }
 
-// --- the subjects ----------------------------------------------------------------------------------------
+// --- the verbs -------------------------------------------------------------------------------------------
+
+const cmdTableRow statusCmdTable[] = {
+    {"--help", "-h", usage},
+    {"list", "list", statusList},
+    {"delete", "del", statusDelete},
+    {},
+};
 
 namespace {
+
+const cmdTableRow groupCmdTable[] = {
+    {"--help", "-h", usage},     {"list", "ls", groupList},   {"add", "add", groupAdd},
+    {"delete", "del", groupDel}, {"auto", "auto", groupAuto}, {},
+};
+
+// The short names of enable and disable are spelled as scripts know them.
+const cmdTableRow capabilityCmdTable[] = {
+    {"--help", "-h", usage},
+    {"list", "ls", capabilityList},
+    {"enable", "enabale", capabilityEnable},
+    {"disable", "disabale", capabilityDisable},
+    {},
+};
+
+const cmdTableRow infoCmdTable[] = {
+    {"--help", "-h", usage},
+    {"list", "ls", infoList},
+    {"change", "change", infoChange},
+    {},
+};
+
+const cmdTableRow proxyCmdTable[] = {
+    {"--help", "-h", usage},   {"enable", "enable", proxyEnable}, {"disable", "disable", proxyDisable},
+    {"list", "ls", proxyList}, {"change", "ch", proxyChange},     {},
+};
+
+const cmdTableRow scheduleCmdTable[] = {
+    {"--help", "-h", usage},
+    {"list", "ls", scheduleList},
+    {"add", "add", scheduleAdd},
+    {"delete", "del", scheduleDelete},
+    {},
+};
+
+const cmdTableRow runCmdTable[] = {
+    {"--help", "-h", usage},
+    {"gathersend", "gs", runGatherSend},
+    {"sendfile", "sf", runSendFile},
+    {},
+};
+
+// The help row's short name differs from the others'.
+const cmdTableRow testCmdTable[] = {
+    {"--help", "?", usage},
+    {"connection", "connection", testConnection},
+    {},
+};
+
+const cmdTableRow zelfmonCmdTable[] = {
+    {"--help", "-h", usage},
+    {"query", "query", zelfmonQuery},
+    {},
+};
+
+// --- the subjects ----------------------------------------------------------------------------------------
 
 int runSubject(const char* help, const cmdTableRow* table, char* prompt, char* args, bool interactive)
 {
     helpMsg = help;
     return executeCommand(prompt, args, table, interactive);
 }
-
-} // namespace
 
 int groupCmd(char* prompt, char* args, bool interactive)
 {
@@ -223,133 +198,18 @@ int zelfmonCmd(char* prompt, char* args, bool interactive)
     return runSubject(zelfmonHelpMsg, zelfmonCmdTable, prompt, args, interactive);
 }
 
-// --- the dispatcher --------------------------------------------------------------------------------------
-
-namespace {
-
-bool isBlank(char byte)
-{
-    return std::isspace(static_cast<unsigned char>(byte)) != 0;
-}
-
-char* skipBlanks(char* text)
-{
-    while (isBlank(*text)) {
-        ++text;
-    }
-    return text;
-}
-
-void trimEnd(char* text)
-{
-    char* end = text + std::strlen(text);
-    while (end != text && isBlank(end[-1])) {
-        --end;
-    }
-    *end = '\0';
-}
-
-// Takes the first word off the text, in lower case. A word too long for a command line buffer is cut.
-std::string takeWord(char*& text)
-{
-    std::string word;
-    text = skipBlanks(text);
-    for (; *text != '\0' && !isBlank(*text) && word.size() < CMD_LINE_SIZE - 1; ++text) {
-        word += static_cast<char>(std::tolower(static_cast<unsigned char>(*text)));
-    }
-    return word;
-}
-
-const cmdTableRow* findHelpRow(const cmdTableRow* table)
-{
-    const auto is = [](const char* text, std::string_view word) { return text == word; };
-    for (const cmdTableRow* row = table; row->name != nullptr; ++row) {
-        if (is(row->name, "help") || is(row->name, "--help") || is(row->shortName, "?") ||
-            is(row->shortName, "-h")) {
-            return row;
-        }
-    }
-    return nullptr;
-}
-
-const cmdTableRow* findRow(const cmdTableRow* table, const std::string& word)
-{
-    for (const cmdTableRow* row = table; row->name != nullptr; ++row) {
-        if (word == row->name || word == row->shortName) {
-            return row;
-        }
-    }
-    return nullptr;
-}
-
-constexpr int UNKNOWN_COMMAND = 38;
-
 } // namespace
 
-int processCmd(char* prompt, char* cmdLine, const cmdTableRow* table, bool interactive)
-{
-    char* rest = cmdLine;
-    const std::string word = takeWord(rest);
-    if (word.empty()) {
-        if (const cmdTableRow* help = findHelpRow(table)) {
-            return help->handler(prompt, rest, interactive);
-        }
-    }
-    rest = skipBlanks(rest);
-    trimEnd(rest);
-    if (const cmdTableRow* row = findRow(table, word)) {
-        return row->handler(prompt, rest, interactive);
-    }
-    printCatMessage(MSG_INVALID_COMMAND, "Invalid command: %s\n", word.c_str());
-    return interactive ? 0 : UNKNOWN_COMMAND;
-}
-
-int executeCommand(char* prompt, char* cmdLine, const cmdTableRow* table, bool interactive)
-{
-    if (*cmdLine != '\0' || !interactive) {
-        return processCmd(prompt, cmdLine, table, interactive);
-    }
-    const bool isTerminal = isatty(fileno(stdin)) != 0;
-    // A line of its own: a loop within a loop has only the rest of the outer one's line.
-    std::array<char, CMD_LINE_SIZE> line{};
-    int result = 0;
-    while (result >= 0) {
-        std::fflush(stderr);
-        std::cout << "\n" << prompt << "> " << std::flush;
-        if (std::fgets(line.data(), static_cast<int>(line.size()), stdin) == nullptr) {
-            std::exit(0);
-        }
-        line[std::strcspn(line.data(), "\n")] = '\0';
-        if (!isTerminal) {
-            std::cout << line.data() << "\n";
-        }
-        result = processCmd(prompt, line.data(), table, true);
-    }
-    return 0;
-}
-
-int mapOption(char* text, const char* from, const char* to)
-{
-    if (text == nullptr) {
-        return 0;
-    }
-    const size_t fromLength = std::strlen(from);
-    const size_t toLength = std::strlen(to);
-    if (toLength > fromLength) {
-        std::fprintf(stderr, "error at mapOption(..) replacement string has length %i. Maximum allowed %i\n",
-                     static_cast<int>(toLength), static_cast<int>(fromLength));
-        std::exit(1);
-    }
-    char* hit = std::strstr(text, from);
-    if (hit == nullptr) {
-        return 0;
-    }
-    char* behind = hit + fromLength;
-    std::memset(hit, ' ', fromLength);
-    std::copy_n(to, toLength, hit);
-    if (hit != text && hit[-1] == '"' && *behind == '"') {
-        *behind = ' ';
-        hit[toLength] = '"';
-    }
-    return 1;
-}
+const cmdTableRow cmdTable[] = {
+    {"--help", "?", helpCmd},
+    {"group", "grp", groupCmd},
+    {"capability", "cap", capabilityCmd},
+    {"info", "info", infoCmd},
+    {"proxy", "proxy", proxyCmd},
+    {"schedule", "sch", scheduleCmd},
+    {"run", "run", runCmd},
+    {"status", "stat", statusCmd},
+    {"test", "test", testCmd},
+    {"zelfmon", "zelfmon", zelfmonCmd},
+    {},
+};

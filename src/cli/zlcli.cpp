@@ -49,7 +49,6 @@ ZlCli::ZlCli(int argc, char** argv, std::string helper, std::string preCmd, std:
     errorServiceP->pushNewMsg("cluster min release version = " + getClusterMinReleaseVersion());
     errorServiceP->pushNewMsg("node release level = " + toString(getNodeReleaseLevel()));
     errorServiceP->pushNewMsg("node version    = " + getNodeReleaseVersion());
-    parserResult = 0;
     set_zelfdRunningState();
 }
 
@@ -71,12 +70,6 @@ void ZlCli::set_zelfdRunningState()
     zelfdRunning = _executeCMD("/opt/zelf/bin/zelfctl nqStatus -q >/dev/null 2>&1", nullptr) == 0;
 }
 
-bool ZlCli::get_zelfdRunning() const
-{
-    ZL_TRACE();
-    return zelfdRunning;
-}
-
 int ZlCli::isCCrEnabled() const
 {
     ZL_TRACE();
@@ -87,70 +80,4 @@ int ZlCli::isCCrEnabled() const
     // Said when it is not enabled: support scripts match this wording.
     errorServiceP->pushDebugMsg(" ZlCli::isCCrEnabled: CCR enabled.");
     return 0;
-}
-
-std::string ZlCli::getCmdOptions() const
-{
-    ZL_TRACE();
-    return containerToString(cmdOptions, " ");
-}
-
-const std::vector<std::string>& ZlCli::getCmdOptionVector() const
-{
-    ZL_TRACE();
-    return cmdOptions;
-}
-
-void ZlCli::clearCmdOptions()
-{
-    ZL_TRACE();
-    cmdOptions.clear();
-}
-
-void ZlCli::appendCmdOptions(const std::string& text)
-{
-    ZL_TRACE();
-    cmdOptions.push_back(text);
-}
-
-const std::vector<std::string>& ZlCli::getCmdLineArgs() const
-{
-    ZL_TRACE();
-    return cmdLineArgs;
-}
-
-void ZlCli::setCmdLineArgs(const std::vector<std::string>& args)
-{
-    ZL_TRACE();
-    cmdLineArgs = args;
-}
-
-const std::string& ZlCli::getShellCmd() const
-{
-    ZL_TRACE();
-    return shellCmd;
-}
-
-bool ZlCli::helpRequest() const
-{
-    ZL_TRACE();
-    return helpRequested;
-}
-
-bool ZlCli::getInteractive() const
-{
-    ZL_TRACE();
-    return interactive;
-}
-
-void ZlCli::setRemoteExecution(bool value)
-{
-    ZL_TRACE();
-    remoteExecution = value;
-}
-
-bool ZlCli::doRemoteExecution() const
-{
-    ZL_TRACE();
-    return remoteExecution;
 }

@@ -2,8 +2,9 @@
 //
 // The object lives as long as the process. It ends in one of two ways: by its destructor, on the ordinary way
 // through main(), or by terminateProgram(), which leaves it undestroyed. Both say what is to be said, once,
-// and write the trace. Nothing else prints words of the framework: code that fails or finishes stores a
-// result message in `userResponse`, pushes further messages, and returns or terminates.
+// and write the trace. Code that fails or finishes does not print: it stores a result message in
+// `userResponse`, pushes further messages, and returns or terminates. What is printed on the way are usage
+// texts, messages of the catalogue, and the output of commands as it arrives (executeCMD).
 #pragma once
 
 #include <cstdint>
@@ -17,10 +18,11 @@
 #include "cli/zlcmd.h"
 #include "cli/zloption.h"
 #include "cluster/nodelevel.h"
+#include "services/zlerrorservice.h"
 #include "services/zlfunction.h"
+#include "services/zlutils.h"
 
 class ZlClusterInfo;
-class ZlErrorService;
 
 // What the parser found on the command line. The value 8 is free.
 enum PARSER_BITS : uint64_t {
@@ -58,32 +60,35 @@ public:
     // each word that is no node.
     void resolveNodeDefinition(const char* text);
 
-    uint64_t getParserBits() const;
-    uint64_t getParserResultBit(uint64_t bit) const;
-    bool hasAnyParserResultBits(uint64_t mask) const;
-    void setParserResultBit(uint64_t bits);
-    void unsetParserResultBit(uint64_t bits);
+    uint64_t getParserBits() const { return ZL_TRACE(), parserResult; }
+    uint64_t getParserResultBit(uint64_t bit) const { return ZL_TRACE(), parserResult & bit; }
+    bool hasAnyParserResultBits(uint64_t mask) const { return ZL_TRACE(), (parserResult & mask) != 0; }
+    void setParserResultBit(uint64_t bits) { ZL_TRACE(), parserResult |= bits; }
+    void unsetParserResultBit(uint64_t bits) { ZL_TRACE(), parserResult &= ~bits; }
     void setMachineReadableOutput(bool value);
-    bool getMachineReadableOutput() const;
+    bool getMachineReadableOutput() const
+    {
+        return ZL_TRACE(), hasAnyParserResultBits(PARSER_MACHINE_READABLE);
+    }
 
     // --- arguments -------------------------------------------------------------------------------------
 
-    std::string getCmdOptions() const;
-    const std::vector<std::string>& getCmdOptionVector() const;
-    void clearCmdOptions();
-    void appendCmdOptions(const std::string& text);
-    const std::vector<std::string>& getCmdLineArgs() const;
-    void setCmdLineArgs(const std::vector<std::string>& args);
-    const std::string& getShellCmd() const;
-    bool helpRequest() const;
-    bool getInteractive() const;
-    void setRemoteExecution(bool value);
-    bool doRemoteExecution() const;
+    std::string getCmdOptions() const { return ZL_TRACE(), containerToString(cmdOptions, " "); }
+    const std::vector<std::string>& getCmdOptionVector() const { return ZL_TRACE(), cmdOptions; }
+    void clearCmdOptions() { ZL_TRACE(), cmdOptions.clear(); }
+    void appendCmdOptions(const std::string& text) { ZL_TRACE(), cmdOptions.push_back(text); }
+    const std::vector<std::string>& getCmdLineArgs() const { return ZL_TRACE(), cmdLineArgs; }
+    void setCmdLineArgs(const std::vector<std::string>& args) { ZL_TRACE(), cmdLineArgs = args; }
+    const std::string& getShellCmd() const { return ZL_TRACE(), shellCmd; }
+    bool helpRequest() const { return ZL_TRACE(), helpRequested; }
+    bool getInteractive() const { return ZL_TRACE(), interactive; }
+    void setRemoteExecution(bool value) { ZL_TRACE(), remoteExecution = value; }
+    bool doRemoteExecution() const { return ZL_TRACE(), remoteExecution; }
 
     // --- messages and the end (zlcli_messages.cpp) -----------------------------------------------------
 
     // Adds a line to the block "Additional messages:".
-    void pushMessage(const std::string& text);
+    void pushMessage(const std::string& text) { ZL_TRACE(), msgs.push_back(text); }
 
     // Writes result message, additional messages and bad arguments. 0: no additional message was there.
     int createMessages(std::ostream& out);
@@ -93,6 +98,11 @@ public:
 
     // Ends the process: shows the messages ("Success" or "Failed" when there is none), writes the trace.
     [[noreturn]] void terminateProgram(int status);
+
+    // Say why and fail. The first gives 1, for a handler's result; the second ends the process with status 1.
+    // Without a response it is "Failed"; the message goes to the block "Additional messages:".
+    int fail(const std::string& response);
+    [[noreturn]] void terminateWith(const std::string& response, const std::string& message = emptyStrg);
 
     // Reduces the commands to the one at `keep`; ends the process when that is none of them.
     void cleanupCmds(std::vector<ZlCmd>::iterator keep);
@@ -109,12 +119,13 @@ public:
     // Runs any shell text, see _executeCMD(). The code becomes the result code.
     int executeCMD(const std::string& cmd, std::vector<std::string>* lines);
 
+    // For other commands; none of this tool runs on many nodes so.
     // Runs a remote command on all valid nodes of sufficient level. The output goes into *results by node
     // name, headers of colon records ahead of all nodes; without `results` to standard output.
     int executeCMDonAll(const std::string& remoteCmd, const std::string& options,
                         std::map<std::string, std::string>* results);
 
-    // Percent-encodes everything but letters, digits and bytes that are no ASCII punctuation or blank.
+    // Percent-encodes tabs, newlines, blanks and ASCII punctuation; all other bytes stay.
     void fullEncode(std::string& out, const std::string& in) const;
     void decode(std::string& out, const std::string& in);
     void decode(std::vector<std::string>& out, const std::vector<std::string>& in);
@@ -147,28 +158,29 @@ public:
     // Tells whether a node has at least a level; 0 stands for the tool's minimum level.
     bool ensureMinReleaseLevel(const std::string& node, nodeLevel_t level) const;
 
-    nodeLevel_t getMinReleaseLevel() const;
-    void setMinReleaseLevel(nodeLevel_t level);
-    nodeLevel_t getMinRemoteNodeLevel() const;
-    void setMinRemoteNodeLevel(nodeLevel_t level);
+    nodeLevel_t getMinReleaseLevel() const { return ZL_TRACE(), minReleaseLevel; }
+    void setMinReleaseLevel(nodeLevel_t level) { ZL_TRACE(), minReleaseLevel = level; }
+    nodeLevel_t getMinRemoteNodeLevel() const { return ZL_TRACE(), minRemoteNodeLevel; }
+    void setMinRemoteNodeLevel(nodeLevel_t level) { ZL_TRACE(), minRemoteNodeLevel = level; }
 
     // --- daemon and CCR --------------------------------------------------------------------------------
 
-    bool get_zelfdRunning() const;
+    bool get_zelfdRunning() const { return ZL_TRACE(), zelfdRunning; }
     int isCCrEnabled() const;
 
-    static const std::string optstring;
-    static const std::string REMOTE_ONE1;
-    static const std::string REMOTE_ONALL;
+    inline static const std::string optstring = "-:N:aI?hHYv";
+    inline static const std::string REMOTE_ONE1 = "/opt/zelf/bin/zelfrun on1 ";
+    inline static const std::string REMOTE_ONALL = "/opt/zelf/bin/zelfrun onall ";
     // What runs an encoded command line on the other node.
-    static const std::string REMOTE_ENTRY;
+    inline static const std::string REMOTE_ENTRY = "execzelfhome_2";
     // An older form of the dispatch, no longer used.
-    static const std::string REMOTE_PRE_CMD;
-    static const std::string REMOTE_POST_CMD;
+    inline static const std::string REMOTE_PRE_CMD = " execzelfhome $(/opt/zelf/bin/zelfadm fullEncode '";
+    inline static const std::string REMOTE_POST_CMD = "' ) 2>&1";
     static ZlErrorService* errorServiceP;
 
     // The state of the run. `subject`, `verb` and `cmdOptions` are the command as validated and mapped,
-    // `savedCmdOptions` the arguments as they were typed.
+    // `savedCmdOptions` the arguments as they stood ahead of that: option names in lower case, framework
+    // options taken off.
     std::string nodeDefinition; // the last value of -N, "all" for -a
     std::string remoteOption;   // "-a" or "-N", whichever came last
     bool showAdditionalMessages = true;
@@ -203,10 +215,8 @@ protected:
 
 private:
     void set_zelfdRunningState();
-    void takeFrameworkOption(int argc, char** argv);
+    void takeFrameworkOption(int argc, char** argv, size_t& letter);
     void takeNodeOption(const char* definition, const std::string& option, uint64_t bit);
-    void takeArgument(const std::string& arg);
-    void recordBadArg(const std::string& kind);
 
     bool remoteExecution = false;
     bool helpRequested = false;

@@ -1,36 +1,19 @@
 // What the framework says to the user, and the end of the process.
 #include "cli/zlcli.h"
 
-#include <cctype>
 #include <cstdlib>
 #include <iostream>
 
-#include "cli/zlcmd.h"
-#include "services/zlerrorservice.h"
-#include "services/zlutils.h"
-
-void ZlCli::pushMessage(const std::string& text)
-{
-    ZL_TRACE();
-    msgs.push_back(text);
-}
-
 namespace {
-
-bool isOneBlank(const std::string& text)
-{
-    return text.size() == 1 && std::isspace(static_cast<unsigned char>(text[0])) != 0;
-}
 
 // Gives a kind of bad option and its characters: "invalid option: -x, -y".
 std::string badArgsLine(const std::string& kind, const std::vector<char>& characters)
 {
-    std::string line = kind + " -";
-    for (size_t i = 0; i < characters.size(); ++i) {
-        line += i == 0 ? "" : ", -";
-        line += characters[i];
+    std::vector<std::string> options;
+    for (const char character : characters) {
+        options.push_back(std::string("-") + character);
     }
-    return line;
+    return kind + " " + containerToString(options, ", ");
 }
 
 } // namespace
@@ -38,8 +21,9 @@ std::string badArgsLine(const std::string& kind, const std::vector<char>& charac
 int ZlCli::createMessages(std::ostream& out)
 {
     ZL_TRACE();
-    if (!userResponse.empty() && !isOneBlank(userResponse)) {
-        trimRight(userResponse, " \t\n\v\f\r");
+    // One white-space character stands for no response.
+    if (userResponse.size() > 1 || userResponse.find_first_not_of(whitespace) != std::string::npos) {
+        trimRight(userResponse, whitespace);
         out << userResponse << std::endl;
     }
     if (msgs.empty() && badArgs.empty()) {
@@ -106,40 +90,31 @@ void ZlCli::terminateProgram(int status)
     std::exit(status);
 }
 
-void ZlCli::cleanupCmds(std::vector<ZlCmd>::iterator keep)
+int ZlCli::fail(const std::string& response)
 {
     ZL_TRACE();
-    const bool isValid = keep >= cmds.begin() && keep < cmds.end();
-    if (isValid) {
-        cmds.erase(keep + 1, cmds.end());
-        cmds.erase(cmds.begin(), keep);
-        if (cmds.size() == 1) {
-            return;
-        }
+    userResponse = response;
+    return 1;
+}
+
+void ZlCli::terminateWith(const std::string& response, const std::string& message)
+{
+    ZL_TRACE();
+    userResponse = response;
+    if (!message.empty()) {
+        pushMessage(message);
     }
-    errorServiceP->pushNewMsg("ZlCli::cleanupCmds: remaining objects != 1: remaing = " +
-                              toString(cmds.size()) + " it is valid = " + toString(isValid));
-    userResponse = "Command detection error.";
     terminateProgram(1);
 }
 
-void ZlCmd::terminateWithMessage(const std::string& response, const std::string& msg, bool showUsage) const
+void ZlCli::cleanupCmds(std::vector<ZlCmd>::iterator keep)
 {
     ZL_TRACE();
-    errorServiceP->pushDebugMsg("ZlCmd::terminateWithMessage: response: " + response + " msg: " + msg);
-    errorServiceP->pushDebugMsg("ZlCmd::terminateWithMessage: subject: " + cliP->subject +
-                                " verb: " + cliP->verb + " options " + cliP->getCmdOptions());
-    cliP->userResponse = response.empty() ? "silent" : response;
-    if (!msg.empty()) {
-        cliP->pushMessage(msg);
+    if (keep >= cmds.begin() && keep < cmds.end()) {
+        cmds = {*keep};
+        return;
     }
-    if (showUsage && usageFn != nullptr) {
-        cliP->userResponse = (response.empty() ? emptyStrg : response + "\n") + getUsage();
-    } else if (showUsage && !helperCmd.empty()) {
-        errorServiceP->pushNewMsg("ZlCmd::terminateWithMessage: No help defined, use helper script.");
-        cliP->executeCMD(helperCmd, nullptr);
-    }
-    // The trace says so of every failure.
-    errorServiceP->pushDebugMsg("ZlCmd::terminateWithMessage: Bad command definition.");
-    cliP->terminateProgram(1);
+    errorServiceP->pushNewMsg("ZlCli::cleanupCmds: remaining objects != 1: remaing = " +
+                              toString(cmds.size()) + " it is valid = 0");
+    terminateWith("Command detection error.");
 }

@@ -1,26 +1,24 @@
 // The first stage of reading a command line. It knows nothing of the grammar.
 #include "cli/zlcli.h"
 
+#include <algorithm>
 #include <string_view>
 #include <unistd.h>
 
 #include "cluster/zlclusterinfo.h"
-#include "services/zlerrorservice.h"
-#include "services/zlutils.h"
-
-const std::string ZlCli::optstring = "-:N:aI?hHYv";
 
 namespace {
 
 bool isHelpWord(std::string_view arg)
 {
     constexpr std::string_view HELP_WORDS[] = {"-?", "-h", "h", "-H", "H", "help", "--help", "?"};
-    for (const std::string_view word : HELP_WORDS) {
-        if (arg == word) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::find(HELP_WORDS, arg) != std::end(HELP_WORDS);
+}
+
+void takeArgument(ZlCli& cli, const std::string& arg)
+{
+    cli.cmdLineArgs.push_back(arg);
+    cli.cmdOptions.push_back(arg);
 }
 
 // Places of subject and verb in argv. What stands behind them is an argument.
@@ -42,13 +40,13 @@ int ZlCli::parseCmdLine(int argc, char** argv)
     }
     // getopt(3) keeps its own place in a bundle such as -aY; the loop comes back to the same element until
     // the bundle is used up.
+    size_t letter = 0;
     optind = 1;
     while (optind < argc) {
         std::string arg = argv[optind];
         if (arg.find_first_of(illegalChars) != std::string::npos) {
-            userResponse = "Parameter " + arg + " contains illegal character.";
-            pushMessage("Illegal characters: " + illegalChars);
-            terminateProgram(1);
+            terminateWith("Parameter " + arg + " contains illegal character.",
+                          "Illegal characters: " + illegalChars);
         }
         // A help word counts at any place, even as the value of an option.
         if (isHelpWord(arg)) {
@@ -58,31 +56,27 @@ int ZlCli::parseCmdLine(int argc, char** argv)
         if (optind <= VERB_PLACE && helpRequested) {
             arg = "--help";
         }
+        if (optind > VERB_PLACE && !arg.starts_with("--")) {
+            takeFrameworkOption(argc, argv, letter);
+            continue;
+        }
+        if (optind > VERB_PLACE) {
+            toLower(arg);
+        }
         if (optind == SUBJECT_PLACE) {
             subject = arg;
             cmdLineArgs.push_back(arg);
-            ++optind;
+        } else if (arg == "--dryrun") {
+            setParserResultBit(PARSER_DRY_RUN);
         } else if (optind == VERB_PLACE) {
-            if (arg == "--dryrun") {
-                setParserResultBit(PARSER_DRY_RUN);
-            } else {
-                verb = arg;
-                cmdLineArgs.push_back(arg);
-            }
-            ++optind;
-        } else if (arg.compare(0, 2, "--") == 0) {
-            toLower(arg);
-            if (arg == "--dryrun") {
-                setParserResultBit(PARSER_DRY_RUN);
-            } else if (arg == "--debug") {
-                ZlErrorService::controlFlags |= ZlErrorService::DEBUG_TO_STDOUT;
-            } else {
-                takeArgument(arg);
-            }
-            ++optind;
+            verb = arg;
+            cmdLineArgs.push_back(arg);
+        } else if (arg == "--debug") {
+            ZlErrorService::controlFlags |= ZlErrorService::DEBUG_TO_STDOUT;
         } else {
-            takeFrameworkOption(argc, argv);
+            takeArgument(*this, arg);
         }
+        ++optind;
     }
     errorServiceP->pushNewMsg("ZlCli::parseCmdLine: detected args: " + subject + " " + verb + " " +
                               containerToString(cmdOptions, " "));
@@ -92,11 +86,18 @@ int ZlCli::parseCmdLine(int argc, char** argv)
 }
 
 // Takes one result of getopt(3): a framework option or a plain word. The leading "-" of the option string
-// hands out plain words in their place, as the value 1.
-void ZlCli::takeFrameworkOption(int argc, char** argv)
+// hands out plain words in their place, as the value 1. `letter` counts the letters read of a bundle:
+// getopt's own word on a bad one, optopt, is not to be had for "?", which is a letter of ours as well.
+void ZlCli::takeFrameworkOption(int argc, char** argv, size_t& letter)
 {
-    const int result = getopt(argc, argv, optstring.c_str());
-    switch (result) {
+    ZL_TRACE();
+    const int place = optind;
+    ++letter;
+    const auto recordBadArg = [&](const std::string& kind) {
+        badArgs[kind].push_back(argv[place][letter]);
+        setParserResultBit(PARSER_BAD_ARGS);
+    };
+    switch (getopt(argc, argv, optstring.c_str())) {
     case 'I':
         interactive = true;
         setParserResultBit(PARSER_INTERACTIVE);
@@ -112,23 +113,17 @@ void ZlCli::takeFrameworkOption(int argc, char** argv)
         break;
     case 'h':
     case 'H':
-        takeArgument("--help");
+        takeArgument(*this, "--help");
         break;
     case 'v':
-        takeArgument("--verbose");
+        takeArgument(*this, "--verbose");
         break;
     case 1:
-        takeArgument(optarg);
+        takeArgument(*this, optarg);
         break;
-    case -1:
-        takeArgument(argv[optind]);
-        ++optind;
-        break;
-    case ':':
+    case ':': // -N alone takes a value
         recordBadArg("missing value for:");
-        if (optopt == 'N') {
-            setParserResultBit(PARSER_NODE_LIST);
-        }
+        setParserResultBit(PARSER_NODE_LIST);
         break;
     case '?':
         recordBadArg("invalid option:");
@@ -137,30 +132,21 @@ void ZlCli::takeFrameworkOption(int argc, char** argv)
         recordBadArg("parser error: ");
         break;
     }
+    if (optind != place) {
+        letter = 0;
+    }
 }
 
 void ZlCli::takeNodeOption(const char* definition, const std::string& option, uint64_t bit)
 {
+    ZL_TRACE();
     resolveNodeDefinition(definition);
     setRemoteExecution(true);
     remoteOption = option;
     if (hasAnyParserResultBits(PARSER_ALL_NODES | PARSER_NODE_LIST)) {
-        repeatedRemoteOptions.push_back(option);
+        repeatedRemoteOptions.push_back(option); // nobody reads it so far
     }
     setParserResultBit(bit);
-}
-
-void ZlCli::takeArgument(const std::string& arg)
-{
-    cmdLineArgs.push_back(arg);
-    cmdOptions.push_back(arg);
-}
-
-void ZlCli::recordBadArg(const std::string& kind)
-{
-    // getopt(3) names the letter of a fault. "?" is a letter of ours and no fault, so it may have none.
-    badArgs[kind].push_back(optopt != 0 ? static_cast<char>(optopt) : '?');
-    setParserResultBit(PARSER_BAD_ARGS);
 }
 
 void ZlCli::resolveNodeDefinition(const char* text)
@@ -173,36 +159,6 @@ void ZlCli::resolveNodeDefinition(const char* text)
     processBadNodes(ZlClusterInfo::getBadNodesDefinition());
 }
 
-uint64_t ZlCli::getParserBits() const
-{
-    ZL_TRACE();
-    return parserResult;
-}
-
-uint64_t ZlCli::getParserResultBit(uint64_t bit) const
-{
-    ZL_TRACE();
-    return parserResult & bit;
-}
-
-bool ZlCli::hasAnyParserResultBits(uint64_t mask) const
-{
-    ZL_TRACE();
-    return (parserResult & mask) != 0;
-}
-
-void ZlCli::setParserResultBit(uint64_t bits)
-{
-    ZL_TRACE();
-    parserResult |= bits;
-}
-
-void ZlCli::unsetParserResultBit(uint64_t bits)
-{
-    ZL_TRACE();
-    parserResult &= ~bits;
-}
-
 void ZlCli::setMachineReadableOutput(bool value)
 {
     ZL_TRACE();
@@ -211,10 +167,4 @@ void ZlCli::setMachineReadableOutput(bool value)
     } else {
         unsetParserResultBit(PARSER_MACHINE_READABLE);
     }
-}
-
-bool ZlCli::getMachineReadableOutput() const
-{
-    ZL_TRACE();
-    return hasAnyParserResultBits(PARSER_MACHINE_READABLE);
 }

@@ -1,7 +1,6 @@
 // Release levels and versions of the cluster and its nodes.
 #include "cli/zlcli.h"
 
-#include <algorithm>
 #include <cstdlib>
 
 #include "cluster/zlclusterinfo.h"
@@ -78,28 +77,4 @@ bool ZlCli::ensureMinReleaseLevel(const std::string& node, nodeLevel_t level) co
         return false;
     }
     return true;
-}
-
-nodeLevel_t ZlCli::getMinReleaseLevel() const
-{
-    ZL_TRACE();
-    return minReleaseLevel;
-}
-
-void ZlCli::setMinReleaseLevel(nodeLevel_t level)
-{
-    ZL_TRACE();
-    minReleaseLevel = level;
-}
-
-nodeLevel_t ZlCli::getMinRemoteNodeLevel() const
-{
-    ZL_TRACE();
-    return minRemoteNodeLevel;
-}
-
-void ZlCli::setMinRemoteNodeLevel(nodeLevel_t level)
-{
-    ZL_TRACE();
-    minRemoteNodeLevel = level;
 }

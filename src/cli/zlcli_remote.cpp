@@ -1,134 +1,23 @@
-// Commands on other nodes: the decision per command, the encoded command line, and the dispatch commands.
+// Commands on other nodes: the encoded command line, and the commands of the dispatch tool. This tool sends
+// whole lines to one node; executeCMDonAll(), checkResolvedNodes() and quoteOptions() stand ready for others.
 #include "cli/zlcli.h"
 
 #include <iostream>
 #include <string_view>
 
-#include "cli/zlcmd.h"
 #include "cluster/zlclusterinfo.h"
 #include "services/executecmd.h"
 #include "services/tempfile.h"
-#include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
-#include "services/zlutils.h"
-
-const std::string ZlCli::REMOTE_ONE1 = "/opt/zelf/bin/zelfrun on1 ";
-const std::string ZlCli::REMOTE_ONALL = "/opt/zelf/bin/zelfrun onall ";
-const std::string ZlCli::REMOTE_ENTRY = "execzelfhome_2";
-const std::string ZlCli::REMOTE_PRE_CMD = " execzelfhome $(/opt/zelf/bin/zelfadm fullEncode '";
-const std::string ZlCli::REMOTE_POST_CMD = "' ) 2>&1";
 
 namespace {
 
 constexpr std::string_view FULL_ENCODE_SET = "\t\n !\"#$%&'()*+,-./:;<=>?@[\\]^_`{|}~";
 
-// The least level of a cluster manager that takes commands.
-constexpr nodeLevel_t MANAGER_MIN_LEVEL = 1600;
-
 // Nodes from this level on take the encoded line as it is; for older ones the shell encodes it at run time.
 constexpr nodeLevel_t ENCODED_LINE_LEVEL = 1800;
 
 } // namespace
-
-// --- the decision ----------------------------------------------------------------------------------------
-
-void ZlCmd::processRemoteNodeHandling() const
-{
-    ZL_TRACE();
-    if (!cliP->doRemoteExecution()) {
-        if (remoteHandling == REMOTE_CLUSTER_MANAGER) {
-            runOnClusterManager();
-        } else if (remoteHandling == REMOTE_COLLECTOR) {
-            runOnCollector();
-        }
-        return;
-    }
-    if (cliP->getMinRemoteNodeLevel() < nodeLevel) {
-        cliP->setMinRemoteNodeLevel(nodeLevel);
-    }
-    switch (remoteHandling) {
-    case REMOTE_FORBIDDEN:
-        terminateWithMessage(commandText() + ": Incorrect option: " + cliP->remoteOption +
-                                 " Remote execution by -a, -N is not allowed.",
-                             emptyStrg, true);
-    case REMOTE_PASSTHROUGH:
-        cliP->setRemoteExecution(false);
-        cliP->appendCmdOptions("-N");
-        cliP->appendCmdOptions(toString(*ZlClusterInfo::getGoodNodes(), ","));
-        errorServiceP->pushNewMsg(
-            "ZlCmd::processRemoteNodeHandling: remote execution is changed to passthrough");
-        break;
-    case REMOTE_NORMAL:
-        break;
-    case REMOTE_LOCAL_ONLY:
-        cliP->setRemoteExecution(false);
-        errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: set doRemoteExecution to false");
-        break;
-    case REMOTE_CLUSTER_MANAGER:
-    case REMOTE_COLLECTOR:
-        terminateWithMessage(cliP->programName + " " + cliP->subject +
-                                 ": Incorrect option: " + cliP->remoteOption,
-                             emptyStrg, true);
-    }
-}
-
-void ZlCmd::runOnClusterManager() const
-{
-    const std::string& manager = ZlClusterInfo::getManagerNode();
-    if (manager.empty()) {
-        const std::string response = "Cannot detect cluster manager node.";
-        if (cliP->get_zelfdRunning()) {
-            terminateWithMessage(response, emptyStrg, true);
-        }
-        terminateWithMessage(response,
-                             "The ZELF daemon process zelfd is not running. Run zelfstart or execute the "
-                             "command from an other node where zelfd is running.",
-                             false);
-    }
-    const nodeLevel_t level = ZlClusterInfo::toNodeIterator(manager)->getLevel();
-    if (level < MANAGER_MIN_LEVEL) {
-        terminateWithMessage("Cannot access cluster manager node.",
-                             "The cluster manager node " + manager + " is " +
-                                 ZlClusterInfo::releaseLevelToName(level) +
-                                 " Required: " + ZlClusterInfo::releaseLevelToName(MANAGER_MIN_LEVEL),
-                             false);
-    }
-    // Both names are strings of node records: one node, one object.
-    if (&manager == &cliP->getLocalNodeName()) {
-        cliP->setRemoteExecution(false);
-        errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: local node is cluster manager");
-        return;
-    }
-    transferTo(manager, nodeLevel);
-}
-
-void ZlCmd::runOnCollector() const
-{
-    const std::string collector = ZlClusterInfo::getCollectorNode();
-    if (collector.empty()) {
-        terminateWithMessage("Could not find any active collector node.",
-                             "Include collector nodes to the colCandidates with zelfperf config update "
-                             "--collectors and activate at least one of them with systemctl start "
-                             "zelfcollector. Ccr has to run for this command.",
-                             true);
-    }
-    const std::string& node = ZlClusterInfo::toAdminLongName(collector);
-    if (&node == &cliP->getLocalNodeName()) {
-        cliP->setRemoteExecution(false);
-        errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: local node is active collector node");
-        return;
-    }
-    transferTo(node, 0);
-}
-
-void ZlCmd::transferTo(const std::string& node, nodeLevel_t level) const
-{
-    cliP->setRemoteExecution(true);
-    errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: transfer execution to node: " + node);
-    ZlClusterInfo::defineAllNode(node);
-    ZlClusterInfo::filterNodes(level, *ZlClusterInfo::allNodesP, ZlClusterInfo::validNodesP,
-                               ZlClusterInfo::invalidNodeDefinitionsP);
-}
 
 // --- the encoded command line ----------------------------------------------------------------------------
 
@@ -177,16 +66,14 @@ const std::string ZlCli::constructCmd(const std::string& encoded, const std::str
     ZL_TRACE();
     const std::string& target = node.empty() ? getLocalNodeName() : ZlClusterInfo::toAdminLongName(node);
     if (target.empty()) {
-        pushMessage(node + " is not a valid node. Terminate!");
         errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because " + node +
                                   " is not a valid node name");
-        terminateProgram(1);
+        terminateWith(emptyStrg, node + " is not a valid node. Terminate!");
     }
     const std::string& local = getLocalNodeName();
     if (local.empty()) {
-        pushMessage("Cannot detect local node name. Terminate!");
         errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because local node name is not resolved.");
-        terminateProgram(1);
+        terminateWith(emptyStrg, "Cannot detect local node name. Terminate!");
     }
     const std::string cmd = areNodesEqual(local, target) != 0
                                 ? helperCmd + " " + encoded
@@ -200,10 +87,8 @@ void ZlCli::quoteOptions(std::vector<std::string>* out)
     ZL_TRACE();
     if (out != nullptr) {
         *out = cmdOptions;
-    } else {
-        out = &cmdOptions;
     }
-    for (std::string& option : *out) {
+    for (std::string& option : out != nullptr ? *out : cmdOptions) {
         option = "'" + option + "'";
     }
 }
@@ -234,10 +119,10 @@ namespace {
 
 // Sorts the lines of "onall", each a node, a colon, two blanks and a text, into one text a node. The headers
 // of colon records go ahead of all nodes, each once: their keys begin with a blank.
-void collectByNode(const std::vector<std::string>& lines, bool machineReadable,
-                   std::map<std::string, std::string>& results)
+std::map<std::string, std::string> collectByNode(const std::vector<std::string>& lines, bool machineReadable)
 {
     constexpr size_t MARKER_LENGTH = 3;
+    std::map<std::string, std::string> results;
     std::set<std::string> headers;
     for (const std::string& line : lines) {
         const size_t end = line.find_first_of(": ");
@@ -253,6 +138,7 @@ void collectByNode(const std::vector<std::string>& lines, bool machineReadable,
     for (const std::string& header : headers) {
         results[" " + toString(number++)] = header;
     }
+    return results;
 }
 
 } // namespace
@@ -268,21 +154,20 @@ int ZlCli::executeCMDonAll(const std::string& remoteCmd, const std::string& opti
     errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: filter to : " + toString(level));
     errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: counts: " + toString(nodes.size()));
     if (nodes.empty() && !ZlClusterInfo::getBadNodesDefinition()->empty()) {
-        userResponse = "There is at least one node with node level below " +
-                       ZlClusterInfo::releaseLevelToName(level) +
-                       ".\nReview zelfchconfig release=LATEST for how to update release levels.";
-        return 1;
+        return fail("There is at least one node with node level below " +
+                    ZlClusterInfo::releaseLevelToName(level) +
+                    ".\nReview zelfchconfig release=LATEST for how to update release levels.");
     }
     errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: remote nodes: " + toString(nodes, ","));
 
     TempFile nodeFile;
-    TempFile rejectFile;
+    TempFile rejectFile; // made here too: a name alone could be taken by somebody else
     if (nodeFile.getName().empty() || rejectFile.getName().empty()) {
         errorServiceP->pushDebugMsg("ZlCli::executeCMDonAll: cannot create temp file");
         errorServiceP->pushNewMsg("Please check access and disk space for /var/zelf/tmp");
         nodeFile.remove();
-        userResponse = "Cannot create temp file";
-        terminateProgram(1);
+        rejectFile.remove();
+        terminateWith("Cannot create temp file");
     }
     ZlFileIO file(nodeFile.getName());
     file.setData(&nodes);
@@ -306,14 +191,12 @@ int ZlCli::executeCMDonAll(const std::string& remoteCmd, const std::string& opti
     rejectFile.remove();
 
     const bool machineReadable = getMachineReadableOutput();
+    std::map<std::string, std::string> texts = collectByNode(lines, machineReadable);
     if (results != nullptr) {
-        results->clear();
-        collectByNode(lines, machineReadable, *results);
+        *results = std::move(texts);
         return code;
     }
-    std::map<std::string, std::string> ownResults;
-    collectByNode(lines, machineReadable, ownResults);
-    for (auto& [node, text] : ownResults) {
+    for (auto& [node, text] : texts) {
         if (machineReadable) {
             replaceAllSubstrg(text, "\n\n", "\n");
         }
@@ -345,12 +228,8 @@ void ZlCli::checkResolvedNodes(const std::string& text)
         errorServiceP->pushDebugMsg("ZlCli::checkResolvedNodes: at least one none valid node was specified.");
         userResponse = "At least one non valid node was specified.\n";
     }
-    if (!text.empty()) {
-        pushMessage(text);
-    }
-    userResponse += "\n" + usageText;
     showAdditionalMessages = true;
-    terminateProgram(1);
+    terminateWith(userResponse + "\n" + usageText, text);
 }
 
 int ZlCli::processBadNodes(const std::set<std::string>* nodes)
@@ -373,8 +252,7 @@ int ZlCli::areNodesEqual(const std::string& a, const std::string& b)
     if (nodeA.empty() || nodeB.empty()) {
         const std::string text = "ZlCli::areNodesEqual a null pointer was provided.";
         errorServiceP->pushNewMsg(text);
-        msgs.push_back(text);
-        terminateProgram(1);
+        terminateWith(userResponse, text);
     }
     return nodeA == nodeB ? 1 : 0;
 }

@@ -4,13 +4,27 @@
 
 #include "cli/zlcli.h"
 #include "cli/zloption.h"
-#include "services/zlerrorservice.h"
-#include "services/zlutils.h"
 
-std::string toString(ZlCmd::valueType value)
+namespace {
+
+// Gives a positional its name, which is its place, and its display text, which is the token.
+void declarePositional(ZlCli& cli, std::string& name, ZlCmd::valueType& type, std::string& token, int place)
 {
-    return toString(static_cast<int>(value));
+    if (!name.empty() && !token.empty()) {
+        cli.terminateWith("Program error at  ZlCmd::operator()",
+                          "possitional parameter >" + name + "< cannot have token >" + token + "<");
+    }
+    if (token.empty()) {
+        token = name;
+        type = type == ZlCmd::NO ? ZlCmd::ANY : type;
+    } else if (type == ZlCmd::NO) {
+        cli.terminateWith("Program error at  ZlCmd::operator() check type of token",
+                          "A token must not have type ZlCMD::NO");
+    }
+    name = "#" + toString(place) + "#";
 }
+
+} // namespace
 
 ZlCmd::ZlCmd(ZlCli* cli, const std::string& subjectText, const std::string& verbText,
              const std::string& helperText, std::string (*usage)(), int (* /*function*/)(), nodeLevel_t level)
@@ -73,8 +87,8 @@ void ZlCmd::operator()(std::string name, valueType type, bool required, std::str
 {
     ZL_TRACE();
     if (!doValidation) {
-        programError("Program error at  ZlCmd::operator()",
-                     "Adding options is not allowed if validation is disabled.");
+        cliP->terminateWith("Program error at  ZlCmd::operator()",
+                            "Adding options is not allowed if validation is disabled.");
     }
     if (function == nullptr) {
         function = cmdFunc;
@@ -82,49 +96,28 @@ void ZlCmd::operator()(std::string name, valueType type, bool required, std::str
     if (level == 0) {
         level = nodeLevel;
     }
-    if (name.compare(0, 2, "--") != 0) {
-        declarePositional(name, type, token);
+    if (!name.starts_with("--")) {
+        declarePositional(*cliP, name, type, token, positionalCount++);
     }
     std::vector<std::string> alternatives;
     stringListToContainer(name, " | ", &alternatives);
     for (const std::string& alternative : alternatives) {
-        addOption(alternative, type, required, token, function, level);
+        if (!options.emplace(cliP, alternative, type, required, token, function, level).second) {
+            // Named after addMapping since the first release; support scripts match it.
+            cliP->terminateWith("Program error at  ZlCmd::addMapping",
+                                "Verb " + alternative + " already replaced!");
+        }
+        errorServiceP->pushDebugMsg("ZlCmd::operator(): set option: " + alternative + " {" + token + "}" +
+                                    (required ? " is mandatory" : " not mandatory") + " type " +
+                                    toString(type));
     }
-}
-
-// Gives a positional its name, which is its place, and its display text, which is the token.
-void ZlCmd::declarePositional(std::string& name, valueType& type, std::string& token)
-{
-    if (!name.empty() && !token.empty()) {
-        programError("Program error at  ZlCmd::operator()",
-                     "possitional parameter >" + name + "< cannot have token >" + token + "<");
-    }
-    if (token.empty()) {
-        token = name;
-        type = type == NO ? ANY : type;
-    } else if (type == NO) {
-        programError("Program error at  ZlCmd::operator() check type of token",
-                     "A token must not have type ZlCMD::NO");
-    }
-    name = "#" + toString(positionalCount++) + "#";
-}
-
-void ZlCmd::addOption(const std::string& name, valueType type, bool required, const std::string& token,
-                      Function function, nodeLevel_t level)
-{
-    if (!options.emplace(cliP, name, type, required, token, function, level).second) {
-        // Named after addMapping since the first release; support scripts match it.
-        programError("Program error at  ZlCmd::addMapping", "Verb " + name + " already replaced!");
-    }
-    errorServiceP->pushDebugMsg("ZlCmd::operator(): set option: " + name + " {" + token + "}" +
-                                (required ? " is mandatory" : " not mandatory") + " type " + toString(type));
 }
 
 void ZlCmd::addMapping(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!optionMappings.emplace(from, to).second) {
-        programError("Program error at  ZlCmd::addMapping", from + " already replaced");
+        cliP->terminateWith("Program error at  ZlCmd::addMapping", from + " already replaced");
     }
 }
 
@@ -132,7 +125,7 @@ void ZlCmd::addVerbMapping(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!verbMappings.emplace(from, to).second) {
-        programError("Program error at  ZlCmd::addVerbMapping", from + " already replaced");
+        cliP->terminateWith("Program error at  ZlCmd::addVerbMapping", from + " already replaced");
     }
 }
 
@@ -140,27 +133,8 @@ void ZlCmd::addVerbToCmdMapping(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!verbToCmdMappings.emplace(from, to).second) {
-        programError("Program error at  ZlCmd::addVerbToCmdMapping", from + " already mapped");
+        cliP->terminateWith("Program error at  ZlCmd::addVerbToCmdMapping", from + " already mapped");
     }
-}
-
-void ZlCmd::programError(const std::string& response, const std::string& text) const
-{
-    cliP->userResponse = response;
-    cliP->pushMessage(text);
-    cliP->terminateProgram(1);
-}
-
-void ZlCmd::setRemoteNodeHandling(remoteNodes handling)
-{
-    ZL_TRACE();
-    remoteHandling = handling;
-}
-
-ZlCmd::remoteNodes ZlCmd::getRemoteNodeHandling() const
-{
-    ZL_TRACE();
-    return remoteHandling;
 }
 
 void ZlCmd::setFunctionMode(ZlFunction::MODES mode, const std::string& name)
@@ -168,24 +142,6 @@ void ZlCmd::setFunctionMode(ZlFunction::MODES mode, const std::string& name)
     ZL_TRACE();
     operationMode = mode;
     functionName = name;
-}
-
-void ZlCmd::setChildAsDeamon(bool value)
-{
-    ZL_TRACE();
-    childAsDeamon = value;
-}
-
-void ZlCmd::disableValidation()
-{
-    ZL_TRACE();
-    doValidation = false;
-}
-
-bool ZlCmd::validationEnabled() const
-{
-    ZL_TRACE();
-    return doValidation;
 }
 
 void ZlCmd::displayAsList()
@@ -205,54 +161,11 @@ void ZlCmd::displayAsTable()
     }
 }
 
-std::string ZlCmd::getUsage() const
-{
-    ZL_TRACE();
-    return usageFn == nullptr ? emptyStrg : usageFn();
-}
-
-ZlCmd::Function ZlCmd::getCmdFuncP() const
-{
-    ZL_TRACE();
-    return cmdFunc;
-}
-
-const std::string& ZlCmd::getCmd() const
-{
-    ZL_TRACE();
-    return helperCmd;
-}
-
-const std::string& ZlCmd::getVerb() const
-{
-    ZL_TRACE();
-    return verb;
-}
-
-const std::string& ZlCmd::getSubject() const
-{
-    ZL_TRACE();
-    return subject;
-}
-
-nodeLevel_t ZlCmd::getNodeLevel() const
-{
-    ZL_TRACE();
-    return nodeLevel;
-}
-
-const std::set<ZlOption>& ZlCmd::getOptions() const
-{
-    ZL_TRACE();
-    return options;
-}
-
 std::set<ZlOption> ZlCmd::getMandatoryOptions() const
 {
     ZL_TRACE();
     std::set<ZlOption> mandatory;
-    std::copy_if(options.begin(), options.end(), std::inserter(mandatory, mandatory.end()),
-                 [](const ZlOption& option) { return option.isRequired(); });
+    std::ranges::copy_if(options, std::inserter(mandatory, mandatory.end()), &ZlOption::isRequired);
     return mandatory;
 }
 
@@ -269,15 +182,10 @@ std::string ZlCmd::allNames() const
     return text;
 }
 
-bool ZlCmd::hasVerb(const std::string& name) const
-{
-    return contains(split(verb, " | "), name);
-}
-
 bool ZlCmd::operator==(const ZlCmd& probe) const
 {
     ZL_TRACE();
-    return subject == probe.subject && hasVerb(probe.verb);
+    return subject == probe.subject && contains(split(verb, " | "), probe.verb);
 }
 
 bool ZlCmd::operator<(const ZlCmd& other) const
@@ -286,8 +194,29 @@ bool ZlCmd::operator<(const ZlCmd& other) const
     if (subject != other.subject) {
         return subject > other.subject;
     }
-    if (hasVerb(other.verb) || other.hasVerb(verb)) {
+    if (contains(split(verb, " | "), other.verb) || contains(split(other.verb, " | "), verb)) {
         return false;
     }
     return verb.size() == other.verb.size() ? verb > other.verb : verb.size() < other.verb.size();
+}
+
+void ZlCmd::terminateWithMessage(const std::string& response, const std::string& msg, bool showUsage) const
+{
+    ZL_TRACE();
+    errorServiceP->pushDebugMsg("ZlCmd::terminateWithMessage: response: " + response + " msg: " + msg);
+    errorServiceP->pushDebugMsg("ZlCmd::terminateWithMessage: subject: " + cliP->subject +
+                                " verb: " + cliP->verb + " options " + cliP->getCmdOptions());
+    cliP->userResponse = response.empty() ? "silent" : response;
+    if (!msg.empty()) {
+        cliP->pushMessage(msg);
+    }
+    if (showUsage && usageFn != nullptr) {
+        cliP->userResponse = (response.empty() ? emptyStrg : response + "\n") + getUsage();
+    } else if (showUsage && !helperCmd.empty()) {
+        errorServiceP->pushNewMsg("ZlCmd::terminateWithMessage: No help defined, use helper script.");
+        cliP->executeCMD(helperCmd, nullptr);
+    }
+    // The trace says so of every failure.
+    errorServiceP->pushDebugMsg("ZlCmd::terminateWithMessage: Bad command definition.");
+    cliP->terminateProgram(1);
 }

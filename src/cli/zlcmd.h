@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "cluster/nodelevel.h"
+#include "services/zlerrorservice.h"
 #include "services/zlfunction.h"
 
 class ZlCli;
-class ZlErrorService;
 class ZlOption;
 
 class ZlCmd {
@@ -58,12 +58,12 @@ public:
     using UsageFunction = std::string (*)();
 
     // First words of result messages.
-    static const std::string userResponseMissingValue;
-    static const std::string userResponseInvalidValue;
-    static const std::string userResponseMissingArg;
-    static const std::string userResponseInvalidArg;
-    static const std::string userResponseInvalidLevel;
-    static const std::string userResponseIncorrectOption;
+    inline static const std::string userResponseMissingValue = "Missing value. ";
+    inline static const std::string userResponseInvalidValue = "Invalid value: ";
+    inline static const std::string userResponseMissingArg = "Missing arguments. ";
+    inline static const std::string userResponseInvalidArg = "Invalid argument: ";
+    inline static const std::string userResponseInvalidLevel = "Invalid release:";
+    inline static const std::string userResponseIncorrectOption = "Incorrect option: ";
 
     // --- declaration -----------------------------------------------------------------------------------
 
@@ -90,31 +90,32 @@ public:
     void addVerbMapping(const std::string& from, const std::string& to);
     void addVerbToCmdMapping(const std::string& from, const std::string& to);
 
-    void setRemoteNodeHandling(remoteNodes handling);
-    remoteNodes getRemoteNodeHandling() const;
+    void setRemoteNodeHandling(remoteNodes handling) { ZL_TRACE(), remoteHandling = handling; }
+    remoteNodes getRemoteNodeHandling() const { return ZL_TRACE(), remoteHandling; }
     void setFunctionMode(ZlFunction::MODES mode, const std::string& name);
-    void setChildAsDeamon(bool value);
-    void disableValidation();
-    bool validationEnabled() const;
+    void setChildAsDeamon(bool value) { ZL_TRACE(), childAsDeamon = value; }
+    void disableValidation() { ZL_TRACE(), doValidation = false; }
+    bool validationEnabled() const { return ZL_TRACE(), doValidation; }
     void displayAsList();
     void displayAsTable();
 
     // --- questions -------------------------------------------------------------------------------------
 
-    std::string getUsage() const;
-    Function getCmdFuncP() const;
-    const std::string& getCmd() const;
-    const std::string& getVerb() const;
-    const std::string& getSubject() const;
-    nodeLevel_t getNodeLevel() const;
-    const std::set<ZlOption>& getOptions() const;
+    std::string getUsage() const { return ZL_TRACE(), usageFn == nullptr ? std::string() : usageFn(); }
+    Function getCmdFuncP() const { return ZL_TRACE(), cmdFunc; }
+    const std::string& getCmd() const { return ZL_TRACE(), helperCmd; }
+    const std::string& getVerb() const { return ZL_TRACE(), verb; }
+    const std::string& getSubject() const { return ZL_TRACE(), subject; }
+    nodeLevel_t getNodeLevel() const { return ZL_TRACE(), nodeLevel; }
+    const std::set<ZlOption>& getOptions() const { return ZL_TRACE(), options; }
     std::set<ZlOption> getMandatoryOptions() const;
     // Gives subject, verb and options in one line, for the trace.
     std::string allNames() const;
 
     // True when the subjects are equal and the probe's verb is one of this command's alternatives.
     bool operator==(const ZlCmd& probe) const;
-    // An order for containers, by subject and then by verb, both descending.
+    // Descending by subject and then by verb. No strict weak order: verbs that share an alternative count as
+    // equal, so two commands may equal a third and not each other. Keep no sorted container of commands.
     bool operator<(const ZlCmd& other) const;
 
     // --- validation (zlcmd_validate.cpp) ---------------------------------------------------------------
@@ -129,28 +130,17 @@ public:
     std::string verifyType(std::string& arg, const ZlOption& option) const;
     void processChildSpec() const;
 
-    // Decides what -a, -N and the command's own node mean (zlcli_remote.cpp).
+    // Decides what -a, -N and the command's own node mean (zlcmd_remote.cpp).
     void processRemoteNodeHandling() const;
 
-    // Ends the process with status 1 (zlcli_messages.cpp).
+    // Ends the process with status 1. The usage is that of the command, where it has one.
     [[noreturn]] void terminateWithMessage(const std::string& response, const std::string& msg,
                                            bool showUsage) const;
 
 private:
-    [[noreturn]] void programError(const std::string& response, const std::string& text) const;
-    void addOption(const std::string& name, valueType type, bool required, const std::string& token,
-                   Function function, nodeLevel_t level);
-    void declarePositional(std::string& name, valueType& type, std::string& token);
-    bool hasVerb(const std::string& name) const;
     void appendFunction(const std::string& name, const std::string& argument, Function function) const;
-    std::string commandText() const;
     void runOnClusterManager() const;
     void runOnCollector() const;
-    void transferTo(const std::string& node, nodeLevel_t level) const;
-
-    struct Walk;
-    void takeOptionOrPositional(Walk& walk, std::string& arg) const;
-    void takePositional(Walk& walk, std::string& arg) const;
 
     ZlFunction::MODES operationMode = ZlFunction::MODE_DEFAULT;
     std::string functionName;
@@ -172,5 +162,3 @@ private:
     uint64_t addParserResultFlags = 0;
     bool childAsDeamon = false;
 };
-
-std::string toString(ZlCmd::valueType value);

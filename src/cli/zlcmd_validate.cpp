@@ -6,21 +6,6 @@
 
 #include "cli/zlcli.h"
 #include "cli/zloption.h"
-#include "services/zlerrorservice.h"
-#include "services/zlutils.h"
-
-const std::string ZlCmd::userResponseMissingValue = "Missing value. ";
-const std::string ZlCmd::userResponseInvalidValue = "Invalid value: ";
-const std::string ZlCmd::userResponseMissingArg = "Missing arguments. ";
-const std::string ZlCmd::userResponseInvalidArg = "Invalid argument: ";
-const std::string ZlCmd::userResponseInvalidLevel = "Invalid release:";
-const std::string ZlCmd::userResponseIncorrectOption = "Incorrect option: ";
-
-// Gives program, subject and verb, as result messages name a command.
-std::string ZlCmd::commandText() const
-{
-    return cliP->programName + " " + cliP->subject + " " + cliP->verb;
-}
 
 bool ZlCmd::validate(std::string& cliCmd, std::string& cliVerb, std::vector<std::string>& args) const
 {
@@ -64,14 +49,14 @@ void ZlCmd::processValidation(std::vector<std::string>& args) const
         }
         return;
     }
+    const std::string command = cliP->programName + " " + cliP->subject + " " + cliP->verb;
     const std::string invalidArgs = userResponseInvalidArg + "'" + containerToString(args, " ") + "'";
     if (options.empty() && !args.empty()) {
-        terminateWithMessage("'" + commandText() + "' does not allow any arguments.", invalidArgs, true);
+        terminateWithMessage("'" + command + "' does not allow any arguments.", invalidArgs, true);
     }
     if (cliP->hasAnyParserResultBits(PARSER_HELP)) {
-        ZlOption help(cliP, "--help", NO, false, emptyStrg, nullptr, 0);
-        if (options.count(help) == 0) {
-            terminateWithMessage("'" + commandText() + "' does not has any argument that ask for help.",
+        if (!options.contains(ZlOption(cliP, "--help", NO, false, emptyStrg, nullptr, 0))) {
+            terminateWithMessage("'" + command + "' does not has any argument that ask for help.",
                                  invalidArgs, true);
         }
         cliP->setRemoteExecution(false);
@@ -84,52 +69,59 @@ void ZlCmd::processValidation(std::vector<std::string>& args) const
     }
 }
 
-// Where the walk over the arguments stands.
-struct ZlCmd::Walk {
-    ZlOption key;                       // what is looked for in the command's options
-    std::set<ZlOption> mandatory;       // options not met so far
-    optionValue checkType = VALUE_NONE; // what the option waits for
-    const ZlOption* current = nullptr;  // the option met last
-    int posIndex = 0;                   // the next positional
-    bool infinitePosArgs = false;       // any number of further positionals may follow
-};
-
 std::string ZlCmd::verifyAllArgs(std::vector<std::string>& args) const
 {
     ZL_TRACE();
-    Walk walk{ZlOption(cliP, emptyStrg, NO, false, emptyStrg, nullptr, 0), getMandatoryOptions()};
+    ZlOption key(cliP, emptyStrg, NO, false, emptyStrg, nullptr, 0);
+    const auto find = [&](const std::string& name, valueType type) {
+        key(name, type, false, emptyStrg);
+        const auto option = options.find(key);
+        return option == options.end() ? nullptr : &*option;
+    };
+    std::set<ZlOption> mandatory = getMandatoryOptions();
+    const ZlOption* current = nullptr;  // the option met last
+    optionValue checkType = VALUE_NONE; // what it waits for
+    int posIndex = 0;                   // the next positional
+    bool infinitePosArgs = false;       // any number of further positionals may follow
     for (std::string& arg : args) {
-        switch (walk.checkType) {
+        switch (checkType) {
         case VALUE_NONE:
-            takeOptionOrPositional(walk, arg);
-            break;
-        case VALUE_REQUIRED:
-            arg = verifyType(arg, *walk.current);
-            walk.mandatory.erase(*walk.current);
-            walk.checkType = VALUE_NONE;
+            current = find(arg, NO);
+            if (current != nullptr) {
+                checkType = current->hasValue();
+            } else {
+                current = find("#" + toString(posIndex++) + "#", ANY);
+                if (current == nullptr && !infinitePosArgs) {
+                    terminateWithMessage(userResponseInvalidArg + "'" + arg + "'", emptyStrg, true);
+                }
+                infinitePosArgs = infinitePosArgs || current->getType() == ANY_INFINITE;
+                arg = verifyType(arg, current != nullptr ? *current : key);
+            }
+            if (current != nullptr) {
+                mandatory.erase(*current);
+            }
             break;
         case VALUE_OPTIONAL:
-            // A word with dashes is passed over, neither value nor option: the framework's way with this one
-            // kind of option.
-            if (arg.compare(0, 2, "--") != 0) {
-                arg = verifyType(arg, *walk.current);
+        case VALUE_REQUIRED:
+            // An optional value has no dashes. A word with dashes is passed over there, neither value nor
+            // option: the framework's way with this one kind of option.
+            if (checkType == VALUE_REQUIRED || !arg.starts_with("--")) {
+                arg = verifyType(arg, *current);
             }
-            walk.mandatory.erase(*walk.current);
-            walk.checkType = VALUE_NONE;
+            checkType = VALUE_NONE;
             break;
         default:
-            cliP->userResponse = "Program error at ZlCmd::verifyAllArgs";
-            cliP->terminateProgram(1);
+            cliP->terminateWith("Program error at ZlCmd::verifyAllArgs");
         }
     }
-    if (walk.checkType == VALUE_REQUIRED) {
-        terminateWithMessage(userResponseMissingValue + "Option " + walk.current->getName() +
-                                 " needs a value of type: " + walk.current->getTypeStrg(),
+    if (checkType == VALUE_REQUIRED) {
+        terminateWithMessage(userResponseMissingValue + "Option " + current->getName() +
+                                 " needs a value of type: " + current->getTypeStrg(),
                              emptyStrg, true);
     }
-    if (!walk.mandatory.empty()) {
+    if (!mandatory.empty()) {
         std::vector<std::string> missing;
-        for (const ZlOption& option : walk.mandatory) {
+        for (const ZlOption& option : mandatory) {
             missing.push_back(option.toStrg());
         }
         errorServiceP->pushDebugMsg("ZlCmd::verifyAllArgs: missing mandatory options: \n  " +
@@ -140,36 +132,6 @@ std::string ZlCmd::verifyAllArgs(std::vector<std::string>& args) const
         appendFunction(cliP->subject, cliP->subject, cmdFunc);
     }
     return emptyStrg;
-}
-
-void ZlCmd::takeOptionOrPositional(Walk& walk, std::string& arg) const
-{
-    walk.key(arg, NO, false, emptyStrg);
-    const auto option = options.find(walk.key);
-    if (option == options.end()) {
-        walk.current = nullptr;
-        takePositional(walk, arg);
-        return;
-    }
-    walk.current = &*option;
-    walk.checkType = option->hasValue();
-    walk.mandatory.erase(*option);
-}
-
-void ZlCmd::takePositional(Walk& walk, std::string& arg) const
-{
-    walk.key("#" + toString(walk.posIndex) + "#", ANY, false, emptyStrg);
-    const auto positional = options.find(walk.key);
-    if (positional != options.end()) {
-        walk.infinitePosArgs = walk.infinitePosArgs || positional->getType() == ANY_INFINITE;
-        arg = verifyType(arg, *positional);
-        walk.mandatory.erase(*positional);
-    } else if (walk.infinitePosArgs) {
-        arg = verifyType(arg, walk.key);
-    } else {
-        terminateWithMessage(userResponseInvalidArg + "'" + arg + "'", emptyStrg, true);
-    }
-    ++walk.posIndex;
 }
 
 std::string ZlCmd::verifyType(std::string& arg, const ZlOption& option) const
@@ -198,6 +160,7 @@ std::string ZlCmd::verifyType(std::string& arg, const ZlOption& option) const
 
 void ZlCmd::appendFunction(const std::string& name, const std::string& argument, Function function) const
 {
+    ZL_TRACE();
     ZlFunction task(name, argument, function);
     task.setOperationMode(operationMode);
     task.setName(functionName);

@@ -1,55 +1,28 @@
 #include "cli/zloption.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 
 #include "cli/zlcli.h"
 #include "cluster/zlclusterinfo.h"
 #include "cluster/zlnodesdefinition.h"
-#include "services/zlerrorservice.h"
-#include "services/zlutils.h"
 
 namespace {
-
-// The texts of the value types, at their numbers. A text that ends in "{" goes on with the token text and
-// "}"; the text of TOKEN_AS_TYPE is the token alone.
-constexpr std::array<const char*, 17> TYPE_TEXTS = {
-    "NO argument",
-    "ANY argument",
-    "ANY arguments",
-    "INTEGER",
-    "DECIMAL",
-    "ALPHA = [a-z][A-Z]",
-    "IP number",
-    "EMAIL address",
-    "A valid ISO 3166-1 alpha-2 code (A-Z)",
-    "member of {",
-    "member of {",
-    "",
-    "Node(s) as ID, short / long name, IP, node class or nodes file.",
-    "CES Node(s) as ID, short / long name, IP, node class or nodes file.",
-    "NO or ANY argument.",
-    "string without any char out of {",
-    "A PMR identifier, in the format xxxxx.yyy.zzz or a Case identifier, in the format TSxxxxxxxxx",
-};
 
 bool isIP(const std::string& arg)
 {
     const std::vector<std::string> parts = split(arg, ".");
-    return parts.size() == 4 &&
-           std::all_of(parts.begin(), parts.end(), [](const auto& part) { return isInt(part) != 0; });
+    return parts.size() == 4 && std::ranges::all_of(parts, [](const auto& part) { return isInt(part) != 0; });
 }
 
 bool isEmail(const std::string& arg)
 {
-    return std::count(arg.begin(), arg.end(), '@') == 1 && arg[0] != '@';
+    return std::ranges::count(arg, '@') == 1 && arg[0] != '@';
 }
 
 bool isCountryCode(const std::string& arg)
 {
-    return arg.size() == 2 &&
-           std::all_of(arg.begin(), arg.end(), [](char byte) { return byte >= 'A' && byte <= 'Z'; });
+    return arg.size() == 2 && std::ranges::all_of(arg, [](char byte) { return byte >= 'A' && byte <= 'Z'; });
 }
 
 // Rewrites a node definition to the names that it resolved to. Each node must have `role`, if any.
@@ -93,36 +66,6 @@ void ZlOption::operator()(const std::string& newName, ZlCmd::valueType newType, 
     token = newToken;
 }
 
-const std::string& ZlOption::getName() const
-{
-    ZL_TRACE();
-    return name;
-}
-
-ZlCmd::valueType ZlOption::getType() const
-{
-    ZL_TRACE();
-    return type;
-}
-
-bool ZlOption::isRequired() const
-{
-    ZL_TRACE();
-    return required;
-}
-
-nodeLevel_t ZlOption::getNodeLevel() const
-{
-    ZL_TRACE();
-    return nodeLevel;
-}
-
-ZlCmd::Function ZlOption::getCmdFuncP() const
-{
-    ZL_TRACE();
-    return cmdFunc;
-}
-
 ZlCmd::optionValue ZlOption::hasValue() const
 {
     ZL_TRACE();
@@ -140,26 +83,49 @@ ZlCmd::optionValue ZlOption::hasValue() const
 std::string ZlOption::getTypeStrg() const
 {
     ZL_TRACE();
-    if (static_cast<size_t>(type) >= TYPE_TEXTS.size()) {
-        return "UNKNOWN";
-    }
-    const std::string text = TYPE_TEXTS[type];
-    if (type == ZlCmd::TOKEN_AS_TYPE) {
+    switch (type) {
+    case ZlCmd::NO:
+        return "NO argument";
+    case ZlCmd::ANY:
+        return "ANY argument";
+    case ZlCmd::ANY_INFINITE:
+        return "ANY arguments";
+    case ZlCmd::INT:
+        return "INTEGER";
+    case ZlCmd::DECIMAL:
+        return "DECIMAL";
+    case ZlCmd::ALPHA:
+        return "ALPHA = [a-z][A-Z]";
+    case ZlCmd::IP:
+        return "IP number";
+    case ZlCmd::EMAIL:
+        return "EMAIL address";
+    case ZlCmd::COUNTRY_CODE:
+        return "A valid ISO 3166-1 alpha-2 code (A-Z)";
+    case ZlCmd::TOKEN_OPTION:
+    case ZlCmd::TOKEN:
+        return "member of {" + token + "}";
+    case ZlCmd::TOKEN_AS_TYPE:
         return token;
+    case ZlCmd::NODE:
+        return "Node(s) as ID, short / long name, IP, node class or nodes file.";
+    case ZlCmd::CES_NODE:
+        return "CES Node(s) as ID, short / long name, IP, node class or nodes file.";
+    case ZlCmd::NO_OR_ANY:
+        return "NO or ANY argument.";
+    case ZlCmd::EXCLUSIV_CHAR:
+        return "string without any char out of {" + token + "}";
+    case ZlCmd::TICKET_NUMBER:
+        return "A PMR identifier, in the format xxxxx.yyy.zzz or a Case identifier, in the format "
+               "TSxxxxxxxxx";
     }
-    return text.back() == '{' ? text + token + "}" : text;
+    return "UNKNOWN";
 }
 
 std::string ZlOption::toStrg() const
 {
     ZL_TRACE();
     return name + " " + getTypeStrg() + (required ? " which is required." : " which is not requiered. ");
-}
-
-bool ZlOption::operator<(const ZlOption& other) const
-{
-    ZL_TRACE();
-    return name < other.name;
 }
 
 const bool ZlOption::checkArgType(std::string& arg)
@@ -197,14 +163,9 @@ const bool ZlOption::checkArgType(std::string& arg)
         return verifyExclusiveChar(arg);
     case ZlCmd::TICKET_NUMBER:
         return isStringPMR(arg) != 0;
-    case ZlCmd::NO:
-    case ZlCmd::ANY:
-    case ZlCmd::ANY_INFINITE:
-    case ZlCmd::NO_OR_ANY:
-    case ZlCmd::TOKEN_AS_TYPE:
+    default:
         return true;
     }
-    return true;
 }
 
 const bool ZlOption::verifyToken(std::string value) const

@@ -6,9 +6,9 @@
 
 #include "cli/zlcmd.h"
 #include "cluster/nodelevel.h"
+#include "services/zlerrorservice.h"
 
 class ZlCli;
-class ZlErrorService;
 
 class ZlOption {
 public:
@@ -18,11 +18,11 @@ public:
     // Rewrites these four fields; validation makes a search key so.
     void operator()(const std::string& name, ZlCmd::valueType type, bool required, const std::string& token);
 
-    const std::string& getName() const;
-    ZlCmd::valueType getType() const;
-    bool isRequired() const;
-    nodeLevel_t getNodeLevel() const;
-    ZlCmd::Function getCmdFuncP() const;
+    const std::string& getName() const { return ZL_TRACE(), name; }
+    ZlCmd::valueType getType() const { return ZL_TRACE(), type; }
+    bool isRequired() const { return ZL_TRACE(), required; }
+    nodeLevel_t getNodeLevel() const { return ZL_TRACE(), nodeLevel; }
+    ZlCmd::Function getCmdFuncP() const { return ZL_TRACE(), cmdFunc; }
     ZlCmd::optionValue hasValue() const;
 
     // Gives the type in the words that the user sees.
@@ -32,9 +32,9 @@ public:
     std::string toStrg() const;
 
     // By name: a name is unique within a command.
-    bool operator<(const ZlOption& other) const;
+    bool operator<(const ZlOption& other) const { return ZL_TRACE(), name < other.name; }
 
-    // The `const` of these three results says nothing, but it stands in the trace.
+    // The `const` of the next three results says nothing to a caller, but it stands in the trace.
 
     // Tells whether the value fits the type. Rewrites node definitions to the names that they resolve to,
     // and may change the option's own type: call it on a copy.
