@@ -62,11 +62,11 @@ void decode(benchmark::State& state)
     countBytes(state, encoded.size());
 }
 
-// A record for each of 10,000 nodes, with a cell that needs encoding.
-PlainTable nodeTable()
+// A record for each of that many nodes, with a cell that needs encoding.
+PlainTable nodeTable(const benchmark::State& state)
 {
     PlainTable table = {{"node", "group", "state", "lastRun", "comment"}};
-    for (int i = 1; i <= 10000; ++i) {
+    for (int64_t i = 1; i <= state.range(0); ++i) {
         const std::string number = std::to_string(i);
         table.push_back({"node" + number + ".zelf.bench", "group" + number, "enabled", "20180621140733042",
                          "at 14:07, 50% done"});
@@ -90,29 +90,27 @@ class NullBuffer : public std::streambuf {
 
 void recordsOut(benchmark::State& state)
 {
-    const PlainTable table = nodeTable();
+    const PlainTable table = nodeTable(state);
     NullBuffer nothing;
     std::streambuf* const standardOutput = std::cout.rdbuf(&nothing);
     for (auto _ : state) {
         machineReadableOutput("zelfhome", "status", "list", table);
     }
     std::cout.rdbuf(standardOutput);
-    countBytes(state, recordsOf(table).size());
 }
 
 void recordsIn(benchmark::State& state)
 {
-    const std::string text = recordsOf(nodeTable());
+    const std::string text = recordsOf(nodeTable(state));
     const std::vector<std::string> lines = split(text, "\n");
     for (auto _ : state) {
         benchmark::DoNotOptimize(parseColonFormat(lines, COLON_HEADER));
     }
-    countBytes(state, text.size());
 }
 
 void recordsIntoTable(benchmark::State& state)
 {
-    const std::string text = recordsOf(nodeTable());
+    const std::string text = recordsOf(nodeTable(state));
     ZlCli& cli = callhome();
     for (auto _ : state) {
         ZlTable table(&cli, '-', true);
@@ -123,7 +121,6 @@ void recordsIntoTable(benchmark::State& state)
         ZlErrorService::errorServiceP->writeTrace();
         state.ResumeTiming();
     }
-    countBytes(state, text.size());
 }
 
 // By this process's own time: the fetch from the CCR that comes with it is another program's.
@@ -133,7 +130,6 @@ void configuration(benchmark::State& state)
     for (auto _ : state) {
         tool.parseConfig();
     }
-    countBytes(state, static_cast<size_t>(getFileSize("/var/zelf/tmp/_callhomeconfig")));
 }
 
 // All nodes of the cluster in one definition, each by one of its names in turn. Once in a process: what is
@@ -148,7 +144,6 @@ void resolve(benchmark::State& state)
         definition += (definition.empty() ? "" : ",") + names[node.getNumber() % 4];
     }
     const size_t count = cluster.size();
-    ZlClusterInfo::readNodes(); // as a run starts: no node is made yet
     for (auto _ : state) {
         const ZlNodesDefinition nodes(definition);
         if (nodes.getResolved().size() != count) {
@@ -165,8 +160,6 @@ void progressRecords(benchmark::State& state)
         tool.readProgressFile("daily", rows);
         benchmark::DoNotOptimize(rows.data());
     }
-    countBytes(state,
-               static_cast<size_t>(getFileSize("/var/zelf/tmp/callhome/progress/callhome-progress.daily")));
 }
 
 // A file of 64 MiB in chunks of 1 MiB; bench/run has made it.
@@ -183,9 +176,9 @@ void cutChunks(benchmark::State& state)
 
 BENCHMARK(encode)->Name("percentEncode");
 BENCHMARK(decode)->Name("percentDecode");
-BENCHMARK(recordsOut);
-BENCHMARK(recordsIn);
-BENCHMARK(recordsIntoTable);
+BENCHMARK(recordsOut)->Arg(1000)->Arg(10000);
+BENCHMARK(recordsIn)->Arg(1000)->Arg(10000);
+BENCHMARK(recordsIntoTable)->Arg(1000)->Arg(10000);
 BENCHMARK(configuration);
 BENCHMARK(progressRecords);
 BENCHMARK(cutChunks)->Iterations(1);

@@ -57,7 +57,5 @@ std::map<nodeLevel_t, std::string>* ZlClusterInfo::cluserLevelToNameP =
 std::map<std::string, std::string>* ZlClusterInfo::zelfcfgMapP = new std::map<std::string, std::string>;
 ZlErrorService* ZlClusterInfo::errorServiceP = ZlErrorService::getInstance();
 int32_t ZlClusterInfo::controlState = 1;
-ZlMemberLines* ZlClusterInfo::memberLinesP = nullptr;
-ZlClusterInfo::NameIndex* ZlClusterInfo::nameIndexP = nullptr;
 // Reads the cluster definition; the process ends here when it cannot.
 ZlClusterInfo* ZlClusterInfo::instanceP = new ZlClusterInfo;

@@ -6,10 +6,10 @@
 
 #include <array>
 #include <string_view>
+#include <unordered_set>
 
 #include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
-#include "services/zltextindex.h"
 
 namespace {
 
@@ -66,13 +66,12 @@ int ZlCallhome::readProgressFile(const std::string& task, PlainTable& rows) cons
     const bool isMachineReadable = getMachineReadableOutput();
 
     PlainTable newestFirst;
-    ZlTextIndex startTimes(lines.size());
+    std::unordered_set<std::string_view> startTimes;
     Fields fields;
     for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
         if (!cutRecord(*line, fields)) {
             errorServiceP->pushNewMsg(
-                "ZlCallhome::readProgressFile: Skipping a progress line because of a wrong format: " +
-                *line);
+                "ZlCallhome::readProgressFile: Skipping a progress line because of a wrong format: " + *line);
             continue;
         }
         // The newest line of a run is met first, and stands for the run.

@@ -50,14 +50,14 @@ std::string ZlCli::getNodeReleaseVersion() const
 {
     ZL_TRACE();
     const auto node = ZlClusterInfo::toNodeIterator(getLocalNodeName());
-    return node == ZlClusterInfo::noNode() ? emptyStrg : node->getRelease();
+    return node == ZlClusterInfo::nodesP->end() ? emptyStrg : node->getRelease();
 }
 
 nodeLevel_t ZlCli::getNodeReleaseLevel() const
 {
     ZL_TRACE();
     const auto node = ZlClusterInfo::toNodeIterator(getLocalNodeName());
-    return node == ZlClusterInfo::noNode() ? 0 : node->getLevel();
+    return node == ZlClusterInfo::nodesP->end() ? 0 : node->getLevel();
 }
 
 bool ZlCli::ensureMinReleaseLevel(const std::string& node, nodeLevel_t level) const
@@ -66,8 +66,8 @@ bool ZlCli::ensureMinReleaseLevel(const std::string& node, nodeLevel_t level) co
     if (level == 0) {
         level = getMinReleaseLevel();
     }
-    const auto found = ZlClusterInfo::findNode(node);
-    if (found == ZlClusterInfo::noNode()) {
+    const auto found = ZlClusterInfo::nodesP->findNamed(node);
+    if (found == ZlClusterInfo::nodesP->end()) {
         errorServiceP->pushNewMsg("ensureMinReleaseLevel: node " + node + " not found.");
         return false;
     }

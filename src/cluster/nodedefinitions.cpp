@@ -1,6 +1,8 @@
-// Node definitions: the operations of ZlClusterInfo that resolve and narrow what a user names, and the
-// command that changes a node class.
+// What node definitions mean: the operations of ZlClusterInfo that resolve them for the whole process. Their
+// result as an object is ZlNodesDefinition. Filters, and the command that changes a node class, are here too.
 #include "cluster/zlclusterinfo.h"
+
+#include <filesystem>
 
 #include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
@@ -55,12 +57,13 @@ int ZlClusterInfo::processNodeFile(const std::string& word, NameSet* pending)
 {
     ZL_TRACE();
     ZlFileIO file(word);
-    if (pending == nullptr || file.statFile() != 0 || file.readFile() != 0) {
+    // A pipe or a device might never end.
+    std::error_code ignored;
+    if (pending == nullptr || file.statFile() != 0 || std::filesystem::is_other(word, ignored) ||
+        file.readFile() != 0) {
         return 1;
     }
-    NameSet lines;
-    file.getData(&lines);
-    pending->merge(lines);
+    file.getData(pending);
     return 0;
 }
 
@@ -76,22 +79,30 @@ int ZlClusterInfo::processNodeClass(const std::string& word, NameSet* pending)
     for (const std::string& prefix : {NODES_FILE_PREFIX, NODES_FILE_USER_PREFIX}) {
         file.setFileName(NODES_FILE_PATH + prefix + className + NODES_FILE_IPA);
         if (file.statFile() == 0) {
-            NameSet lines;
             file.readFile();
-            file.getData(&lines);
-            const int result = lines.empty() ? 1 : 0;
-            pending->merge(lines);
-            return result;
+            return file.getData(pending) == 0 ? 0 : 1;
         }
     }
     return 1;
 }
 
+namespace {
+
+bool isNull(const ZlClusterInfo::NameSet* selected, const ZlClusterInfo::NameSet* rest)
+{
+    if (selected != nullptr && rest != nullptr) {
+        return false;
+    }
+    ZlClusterInfo::errorServiceP->pushDebugMsg("ZlClusterInfo::filterNodes: a null pointer was specified.");
+    return true;
+}
+
+} // namespace
+
 int ZlClusterInfo::filterNodes(nodeLevel_t level, const NameSet& in, NameSet* selected, NameSet* rest)
 {
     ZL_TRACE();
-    if (selected == nullptr || rest == nullptr) {
-        errorServiceP->pushDebugMsg("ZlClusterInfo::filterNodes: a null pointer was specified.");
+    if (isNull(selected, rest)) {
         return 0;
     }
     if (in.empty()) {
@@ -103,10 +114,9 @@ int ZlClusterInfo::filterNodes(nodeLevel_t level, const NameSet& in, NameSet* se
         const auto node = toNodeIterator(word);
         if (node == nodesP->end()) {
             errorServiceP->pushDebugMsg("ZlClusterInfo::filterNodes: invalid " + word);
-            rest->insert(rest->end(), word);
+            rest->insert(word);
         } else {
-            NameSet* side = level <= node->getLevel() ? selected : rest;
-            side->insert(side->end(), word);
+            (level <= node->getLevel() ? selected : rest)->insert(word);
         }
     }
     // The trace shows the selected nodes in both places: support scripts read the first and skip the second.
@@ -119,8 +129,7 @@ int ZlClusterInfo::filterNodes(nodeLevel_t level, const NameSet& in, NameSet* se
 int ZlClusterInfo::filterNodes(const std::string& role, const NameSet& in, NameSet* selected, NameSet* rest)
 {
     ZL_TRACE();
-    if (selected == nullptr || rest == nullptr) {
-        errorServiceP->pushDebugMsg("ZlClusterInfo::filterNodes: a null pointer was specified.");
+    if (isNull(selected, rest)) {
         return 0;
     }
     selected->clear();
@@ -130,8 +139,7 @@ int ZlClusterInfo::filterNodes(const std::string& role, const NameSet& in, NameS
         return static_cast<int>(selected->size());
     }
     for (const std::string& word : in) {
-        NameSet* side = hasNodeRole(word, role) ? selected : rest;
-        side->insert(side->end(), word);
+        (hasNodeRole(word, role) ? selected : rest)->insert(word);
     }
     errorServiceP->pushDebugMsg("ZlClusterInfo::filterNodes: result for role " + role + " " +
                                 toString(*selected, " "));

@@ -2,16 +2,13 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <memory>
-#include <optional>
+#include <iterator>
 
-#include "cluster/zlmemberlines.h"
 #include "services/executecmd.h"
 #include "services/zelfnls.h"
 #include "services/zlccrservice.h"
 #include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
-#include "services/zltextindex.h"
 #include "services/zlutils.h"
 
 namespace {
@@ -35,19 +32,17 @@ ZlClusterInfo::ZlClusterInfo()
     ZL_TRACE();
     zelfcfgMapP->clear();
     errorServiceP = ZlErrorService::getInstance();
-    if (readNodes() != 0) {
+    ZlFileIO file(CLUSTER_FILE);
+    if (file.readFile() != 0) {
         errorServiceP->pushNewMsg("Cannot read /var/zelf/gen/zelfsdr. Terminate!");
         errorServiceP->pushNewMsg("terminateProgram");
         errorServiceP->writeTrace();
         std::exit(1);
     }
+    NameSet lines;
+    file.getData(&lines);
+    getNodesMap(lines);
 }
-
-// The names of all nodes.
-struct ZlClusterInfo::NameIndex {
-    ZlTextIndex texts;
-    std::vector<NodeSet::iterator> nodeOf; // by the number of the text
-};
 
 ZlClusterInfo::~ZlClusterInfo()
 {
@@ -56,8 +51,6 @@ ZlClusterInfo::~ZlClusterInfo()
         delete container;
         container = nullptr;
     };
-    free(memberLinesP);
-    free(nameIndexP);
     free(nodesP);
     free(nodeDefinitionP);
     free(validNodesP);
@@ -77,13 +70,7 @@ ZlClusterInfo* ZlClusterInfo::getInstance()
 ZlClusterInfo::NodeSet* ZlClusterInfo::getClusterNodes()
 {
     ZL_TRACE();
-    makeAllNodes();
     return nodesP;
-}
-
-ZlClusterInfo::NodeSet::iterator ZlClusterInfo::noNode()
-{
-    return nodesP->end();
 }
 
 ZlClusterInfo::NameSet* ZlClusterInfo::getGoodNodes()
@@ -98,31 +85,18 @@ ZlClusterInfo::NameSet* ZlClusterInfo::getBadNodesDefinition()
     return invalidNodeDefinitionsP;
 }
 
-int ZlClusterInfo::readNodes()
-{
-    ZL_TRACE();
-    auto lines = std::make_unique<ZlMemberLines>(CLUSTER_FILE);
-    const int result = lines->read();
-    if (result == 0) {
-        dropNameIndex();
-        nodesP->clear();
-        delete memberLinesP;
-        memberLinesP = lines.release();
-    }
-    return result;
-}
-
 int ZlClusterInfo::getNodesMap(const NameSet& lines)
 {
     ZL_TRACE();
     if (lines.empty()) {
         return 1;
     }
-    makeAllNodes();
-    dropNameIndex();
+    auto place = nodesP->end();
+    std::vector<std::string_view> fields;
     for (const std::string& line : lines) {
-        if (ZlMemberLines::isMember(line)) {
-            ZlMemberLines::makeNode(line, nodesP, nodesP->end());
+        if (line.find("20_MEMBER_NODE") != std::string::npos) {
+            cut(&fields, line, ':');
+            place = std::next(nodesP->insert(place, ZlClusterNode(fields)));
         }
     }
     return 0;
@@ -167,77 +141,16 @@ const std::map<std::string, std::string>& ZlClusterInfo::getZelfCfg()
     return *zelfcfgMapP;
 }
 
-ZlClusterInfo::NodeSet::iterator ZlClusterInfo::findNode(const std::string& name)
-{
-    if (memberLinesP != nullptr && !memberLinesP->isWorthAll()) {
-        return memberLinesP->find(name, nodesP);
-    }
-    if (nameIndexP == nullptr) {
-        makeNameIndex();
-    }
-    return findByIndex(name);
-}
-
-void ZlClusterInfo::makeNameIndex()
-{
-    makeAllNodes();
-    nameIndexP = new NameIndex{ZlTextIndex(nodesP->size() * std::tuple_size_v<ZlClusterNode::Names>), {}};
-    for (auto node = nodesP->begin(); node != nodesP->end(); ++node) {
-        for (const std::string_view text : node->names()) {
-            // The first node of a name has it.
-            if (nameIndexP->texts.insert(text).second) {
-                nameIndexP->nodeOf.push_back(node);
-            }
-        }
-    }
-}
-
-void ZlClusterInfo::dropNameIndex()
-{
-    delete nameIndexP;
-    nameIndexP = nullptr;
-}
-
-void ZlClusterInfo::makeAllNodes()
-{
-    if (memberLinesP != nullptr) {
-        memberLinesP->makeAll(nodesP);
-        delete memberLinesP;
-        memberLinesP = nullptr;
-    }
-}
-
-ZlClusterInfo::NodeSet::iterator ZlClusterInfo::findByIndex(const std::string& name)
-{
-    const size_t text = nameIndexP->texts.find(name);
-    const auto byName = text == ZlTextIndex::NONE ? nodesP->end() : nameIndexP->nodeOf[text];
-    const std::optional<int32_t> number = ZlClusterNode::asNumber(name);
-    if (!number) {
-        return byName;
-    }
-    // A text may be the name of one node and the number of another: the walk meets the smaller number first.
-    const auto byNumber = nodesP->find(*number);
-    if (byName == nodesP->end() || byNumber == nodesP->end()) {
-        return byName == nodesP->end() ? byNumber : byName;
-    }
-    return NodeSet::key_compare()(*byName, *byNumber) ? byName : byNumber;
-}
-
 ZlClusterInfo::NodeSet::iterator ZlClusterInfo::toNodeIterator(const std::string& name)
 {
     ZL_TRACE();
     if (name.empty()) {
         return nodesP->end();
     }
-    const auto node = findNode(name);
-    if (node != nodesP->end() || (controlState & 1) == 0) {
-        return node;
+    const auto known = nodesP->findNamed(name);
+    if (known != nodesP->end() || (controlState & 1) == 0) {
+        return known;
     }
-    return askHostTool(name);
-}
-
-ZlClusterInfo::NodeSet::iterator ZlClusterInfo::askHostTool(const std::string& name)
-{
     std::vector<std::string> reply;
     if (_executeCMD("/opt/zelf/bin/zelfadm host " + name + " 2>&1", &reply) != 0 || reply.empty()) {
         errorServiceP->pushNewMsg("ZlClusterInfo::getNodesMap: Cannot detect admin IP. zelfadm host failed");
@@ -249,12 +162,9 @@ ZlClusterInfo::NodeSet::iterator ZlClusterInfo::askHostTool(const std::string& n
             "ZlClusterInfo::getNodesMap: Cannot detect admin IP. Bad response from zelfadm host");
         return nodesP->end();
     }
-    const auto byName = findNode(pieces[0]);
-    const auto byAddress = findNode(pieces[2]);
-    if (byName == nodesP->end() || byAddress == nodesP->end()) {
-        return byName == nodesP->end() ? byAddress : byName;
-    }
-    return NodeSet::key_compare()(*byAddress, *byName) ? byAddress : byName;
+    return std::find_if(nodesP->begin(), nodesP->end(), [&](const ZlClusterNode& node) {
+        return node.isNamed(pieces[0]) || node.isNamed(pieces[2]);
+    });
 }
 
 int ZlClusterInfo::toNodeNumber(const std::string& name)

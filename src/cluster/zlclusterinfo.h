@@ -4,23 +4,19 @@
 // All data is class-level and there is one instance. The cluster definition file is read when it is made,
 // ahead of main(), see boot.cpp; a file that cannot be read ends the process there.
 //
-// Every question about a name passes through toNodeIterator(), which answers as a walk over the nodes in
-// number order does: the first node with that name wins. The first questions make only the nodes that they
-// ask for. A run that asks often enough to have paid for it gets all nodes and an index of the names; 10,000
-// names then cost milliseconds instead of seconds.
+// Every question about a name passes through toNodeIterator(): the first node of that name, in number order,
+// is the answer.
 #pragma once
 
 #include <map>
 #include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "cluster/nodelevel.h"
-#include "cluster/zlclusternode.h"
+#include "cluster/zlnodeset.h"
 
 class ZlErrorService;
-class ZlMemberLines;
 
 class ZlClusterInfo {
 public:
@@ -36,18 +32,9 @@ public:
 
     // --- nodes and files -------------------------------------------------------------------------------
 
-    // Gives the node set, and makes all nodes for it. noNode() costs nothing.
     static NodeSet* getClusterNodes();
-
-    // Gives the end of the node set: what toNodeIterator() gives for no node.
-    static NodeSet::iterator noNode();
-
     static NameSet* getGoodNodes();
     static NameSet* getBadNodesDefinition();
-
-    // Reads /var/zelf/gen/zelfsdr in place of all nodes. 0, or errno when it cannot be read. Throws
-    // std::out_of_range for a member line that is too short.
-    static int readNodes();
 
     // Adds a node for each member line; the first line of a number wins. 1: no lines. Throws
     // std::out_of_range for a member line that is too short.
@@ -62,9 +49,6 @@ public:
     // Gives the first node, in number order, that the name names; asks "zelfadm host" for a name that the
     // cluster file does not know. The end of the node set for none.
     static NodeSet::iterator toNodeIterator(const std::string& name);
-
-    // The same by the cluster file alone.
-    static NodeSet::iterator findNode(const std::string& name);
 
     // Give what they say for any name of a node; 0 or emptyStrg for no node.
     static int toNodeNumber(const std::string& name);
@@ -116,8 +100,6 @@ public:
     static const std::string ZELFCHCLASS;
     static const std::string ZELFDELCLASS;
 
-    // Holds the nodes that were asked for, all behind getClusterNodes(). Nothing but readNodes() and
-    // getNodesMap(), which drop the index of names, takes or adds any.
     static NodeSet* nodesP;
     static NameSet* nodeDefinitionP;
     static NameSet* validNodesP;
@@ -129,17 +111,4 @@ public:
     // Bit 0: toNodeIterator() may ask "zelfadm host".
     static int32_t controlState;
     static ZlClusterInfo* instanceP;
-
-private:
-    struct NameIndex;
-
-    static NodeSet::iterator askHostTool(const std::string& name);
-    static NodeSet::iterator findByIndex(const std::string& name);
-    static void makeAllNodes();
-    static void dropNameIndex();
-    static void makeNameIndex();
-
-    // The nodes of the file; null when all have been made.
-    static ZlMemberLines* memberLinesP;
-    static NameIndex* nameIndexP;
 };

@@ -1,7 +1,5 @@
 #include "cluster/zlclusternode.h"
 
-#include <algorithm>
-#include <charconv>
 #include <cstdlib>
 
 #include "services/zlerrorservice.h"
@@ -22,27 +20,9 @@ enum MEMBER_FIELDS : size_t {
     FIELD_RELEASE = 17,
 };
 
-long toNumber(std::string_view text)
+int32_t toNumber(const std::string& text)
 {
-    long number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    const bool isAll = error == std::errc() && end == text.data() + text.size();
-    return isAll ? number : std::strtol(std::string(text).c_str(), nullptr, 10);
-}
-
-size_t count(std::string_view text, char byte)
-{
-    // A block of a fixed size is counted at once.
-    constexpr size_t BLOCK = 16;
-    size_t hits = 0;
-    for (; text.size() >= BLOCK; text.remove_prefix(BLOCK)) {
-        uint8_t inBlock = 0;
-        for (size_t i = 0; i < BLOCK; ++i) {
-            inBlock += text[i] == byte ? 1 : 0;
-        }
-        hits += inBlock;
-    }
-    return hits + static_cast<size_t>(std::count(text.begin(), text.end(), byte));
+    return static_cast<int32_t>(std::strtol(text.c_str(), nullptr, 10));
 }
 
 } // namespace
@@ -54,33 +34,14 @@ ZlClusterNode::ZlClusterNode() : errorServiceP(ZlErrorService::errorServiceP)
 
 ZlClusterNode::ZlClusterNode(const std::vector<std::string_view>& memberFields)
     : errorServiceP(ZlErrorService::errorServiceP),
-      level(static_cast<nodeLevel_t>(toNumber(memberFields.at(FIELD_LEVEL)))),
+      level(static_cast<nodeLevel_t>(toNumber(std::string(memberFields.at(FIELD_LEVEL))))),
       release(memberFields.at(FIELD_RELEASE)), daemonShortName(memberFields.at(FIELD_DAEMON_SHORT_NAME)),
       daemonLongName(memberFields.at(FIELD_DAEMON_LONG_NAME)),
       adminShortName(memberFields.at(FIELD_ADMIN_SHORT_NAME)),
       adminLongName(memberFields.at(FIELD_ADMIN_LONG_NAME)), daemonIP(memberFields.at(FIELD_DAEMON_IP)),
       otherNodeRoles(memberFields.at(FIELD_ROLES)),
-      number(static_cast<int32_t>(toNumber(memberFields.at(FIELD_NUMBER))))
+      number(toNumber(std::string(memberFields.at(FIELD_NUMBER))))
 {
-}
-
-std::optional<int32_t> ZlClusterNode::asNumber(const std::string& name)
-{
-    int32_t number = 0;
-    std::from_chars(name.data(), name.data() + name.size(), number);
-    return toString(number) == name ? std::optional(number) : std::nullopt;
-}
-
-std::optional<int32_t> ZlClusterNode::numberIn(std::string_view memberLine)
-{
-    if (count(memberLine, ':') < FIELD_RELEASE) {
-        return std::nullopt;
-    }
-    size_t begin = 0;
-    for (size_t field = 0; field < FIELD_NUMBER; ++field) {
-        begin = memberLine.find(':', begin) + 1;
-    }
-    return static_cast<int32_t>(toNumber(memberLine.substr(begin, memberLine.find(':', begin) - begin)));
 }
 
 ZlClusterNode ZlClusterNode::operator=(const ZlClusterNode& source)
@@ -130,7 +91,7 @@ void ZlClusterNode::setNumber(int32_t value)
 void ZlClusterNode::setNumber(const std::string& text)
 {
     ZL_TRACE();
-    number = static_cast<int32_t>(toNumber(text));
+    number = toNumber(text);
 }
 
 const std::string& ZlClusterNode::getRelease() const
@@ -253,13 +214,13 @@ bool ZlClusterNode::equal(const std::string& name) const
     return isNamed(name);
 }
 
-bool ZlClusterNode::isNamed(std::string_view name) const
+bool ZlClusterNode::isNamed(const std::string& name) const
 {
     return name == daemonShortName || name == daemonLongName || name == adminShortName ||
            name == adminLongName || name == daemonIP || name == toString(number);
 }
 
-ZlClusterNode::Names ZlClusterNode::names() const
+std::array<std::string, 6> ZlClusterNode::names() const
 {
-    return {daemonShortName, daemonLongName, adminShortName, adminLongName, daemonIP};
+    return {daemonShortName, daemonLongName, adminShortName, adminLongName, daemonIP, toString(number)};
 }

@@ -3,8 +3,6 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,17 +15,12 @@ class ZlClusterNode {
 public:
     ZlClusterNode();
 
-    // Makes a node of the fields of a member line in the cluster definition file. Throws std::out_of_range
-    // for fewer than 18 fields. Setting the fields one by one would push a trace line for each.
+    // Makes the node of a member line in the cluster definition file, cut at each ":". Throws
+    // std::out_of_range for fewer than 18 fields. Setting the fields one by one would push a trace line for
+    // each.
     explicit ZlClusterNode(const std::vector<std::string_view>& memberFields);
 
-    // Gives the number of the node of a member line; nothing for a line that is too short to make one.
-    static std::optional<int32_t> numberIn(std::string_view memberLine);
-
-    // Gives the number that a name is in its own form: "5", and neither "05" nor "+5". Leaves errno alone,
-    // which later writes depend on.
-    static std::optional<int32_t> asNumber(const std::string& name);
-
+    ZlClusterNode(ZlClusterNode&&) = default;
     ZlClusterNode(const ZlClusterNode&) = default;
 
     // Takes every field but otherNodeRoles, and gives a copy of the result.
@@ -66,18 +59,14 @@ public:
     bool equal(const std::string& name) const;
 
     // The same without its trace line, for the walk over all nodes.
-    bool isNamed(std::string_view name) const;
+    bool isNamed(const std::string& name) const;
 
-    // The texts that name this node, besides its number. They live as long as the node.
-    using Names = std::array<std::string_view, 5>;
-    Names names() const;
+    // Gives all texts that name this node.
+    std::array<std::string, 6> names() const;
 
     // The order of the node set: by number, without a trace line for each of its many comparisons.
     struct ByNumber {
-        using is_transparent = void;
         bool operator()(const ZlClusterNode& a, const ZlClusterNode& b) const { return a.number < b.number; }
-        bool operator()(const ZlClusterNode& a, int32_t b) const { return a.number < b; }
-        bool operator()(int32_t a, const ZlClusterNode& b) const { return a < b.number; }
     };
 
 private:
@@ -92,5 +81,3 @@ private:
     std::string otherNodeRoles; // letters and words as in the file; "X" marks a CES node
     int32_t number = 0;
 };
-
-using ZlNodeSet = std::set<ZlClusterNode, ZlClusterNode::ByNumber>;

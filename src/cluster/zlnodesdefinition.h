@@ -1,5 +1,7 @@
-// One node definition, resolved: a comma-separated list of node numbers, names, addresses, node classes
-// and paths of node files. The node sets of the process (ZlClusterInfo) are left alone.
+// One resolved node definition as an object; nodedefinitions.cpp does the resolving.
+//
+// A definition is a comma-separated list of node numbers, names, addresses, node classes and paths of node
+// files. The node sets of the process (ZlClusterInfo) are left alone.
 #pragma once
 
 #include <set>

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
+#include <iterator>
 #include <string_view>
 #include <unistd.h>
 
@@ -230,10 +231,11 @@ int addLines(const std::vector<char>& buffer, Container* lines)
         return 2;
     }
     std::string_view rest(buffer.data(), buffer.size());
+    // Where a set begins to look: in sorted and in numbered files a line mostly follows the one before it.
+    auto place = lines->end();
     while (!rest.empty()) {
         const size_t end = std::min(rest.find('\n'), rest.size());
-        // Where a set begins to look. Most of the cluster's files are sorted already.
-        lines->insert(lines->end(), std::string(rest.substr(0, end)));
+        place = std::next(lines->insert(place, std::string(rest.substr(0, end))));
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return 0;

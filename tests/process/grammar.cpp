@@ -57,6 +57,15 @@ TEST_F(Installation, GrammarRefusesAndSaysWhy)
     });
 }
 
+TEST_F(Installation, GrammarTakesNoDeviceOrPipeForANodeFile)
+{
+    shell("mkfifo $GEN/pipe");
+    for (const std::string path : {"/dev/null", "/var/zelf/gen/pipe"}) {
+        const std::string said = runTool("info list -N " + path).err;
+        ASSERT_NE(said.find(path + " is not a valid node definition\n"), std::string::npos) << said;
+    }
+}
+
 TEST_F(Installation, GrammarRefusesAlikeWhatIsWrongAlike)
 {
     for (const std::string line :

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <random>
 #include <stdexcept>
+#include <utility>
 
 #include "cluster/zelfversion.h"
 
@@ -23,10 +25,7 @@ TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
         EXPECT_TRUE(seven.equal(name) && !seven.equal("0" + name)) << name;
     }
     // 18 fields are enough, 17 are not.
-    const std::string tooShort = good.substr(0, good.rfind(':'));
-    EXPECT_THROW(Info::getNodesMap({tooShort}), std::out_of_range);
-    writeFile("/var/zelf/gen/zelfsdr", good + "\n" + tooShort + "\n");
-    EXPECT_THROW(Info::readNodes(), std::out_of_range);
+    EXPECT_THROW(Info::getNodesMap({good.substr(0, good.rfind(':'))}), std::out_of_range);
 
     ZlClusterNode four;
     EXPECT_EQ(four.getLevel(), 0xffffffffU);
@@ -42,61 +41,55 @@ TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
     EXPECT_EQ(four.getAdminLongName() + four.getDaemonIP(), "a710.0.0.7");
 }
 
-TEST_F(ZlClusterInfoTest, EveryRoadToANodeIsTheWalk)
+TEST_F(ZlClusterInfoTest, EveryLookUpIsTheWalkWhateverHappensToTheSet)
 {
     Info::controlState = 0;
-    // Names, addresses and numbers that clash across 60 nodes: each text is the name of several. Numbers
-    // twice, in either order and far apart, and lines that are none.
-    Words lines = {"test:10_CLUSTER:::3:n1:n2:n3:", "n99", member(5, "a5 10.0.1.5 a5"), member(0, "b8")};
-    const auto text = [](int number) { return toString(number % 60 + 1); };
-    for (int i = 1; i <= 60; ++i) {
-        lines.push_back(member(i, "n" + text(i + 7) + " 10.0.0." + text(i * 3) + " n" + text(i) + ".zelf n" +
-                                      text(i + 3) + " " + text(i + 30)));
-    }
-    lines.insert(lines.end(), {member(20, "z20 10.0.1.20 n61"), member(-1, "c7"), member(62, "z62")});
-    replaceAllSubstrg(lines.back(), ":62:", ":062:");
-    Words names = {"", "0", "-1", "007", "062", "+3", "n99", "99999999999", "M", "::", "n1:", "a5", "z20"};
-    for (int i = 1; i <= 62; ++i) {
-        const std::string number = toString(i);
-        names.insert(names.end(), {number, "n" + number, "n" + number + ".zelf", "10.0.0." + number});
-    }
-    const auto answer = [](Info::NodeSet::iterator node) {
-        return node == Info::noNode() ? "none" : toString(node->getNumber()) + node->getDaemonShortName();
-    };
-    setCluster({lines.begin(), lines.end()});
-    const Info::NodeSet& nodes = *Info::getClusterNodes();
-    const size_t count = nodes.size();
-    std::map<std::string, std::string> expected;
-    for (const std::string& name : names) {
-        const auto isIt = [&](const ZlClusterNode& node) { return node.equal(name); };
-        expected[name] = answer(std::find_if(nodes.begin(), nodes.end(), isIt));
-        ASSERT_EQ(answer(Info::findNode(name)), expected[name]) << name << " by index";
-    }
-    // The first questions make the nodes that they ask for. There are more than are worth it; a start for
-    // each question has none but these.
-    for (const auto& reorder : {std::reverse<Words::iterator>, std::sort<Words::iterator>}) {
-        reorder(lines.begin(), lines.end());
-        writeFile("/var/zelf/gen/zelfsdr", containerToString(lines, "\n"));
-        ASSERT_EQ(Info::readNodes(), 0);
-        for (const std::string& name : names) {
-            ASSERT_EQ(answer(Info::findNode(name)), expected[name]) << name;
+    Info::NodeSet& nodes = *Info::getClusterNodes();
+    for (unsigned seed = 0; seed < 50; ++seed) {
+        std::mt19937 random(seed);
+        // Few texts, so that each is the name, the address or the number of several nodes.
+        const auto text = [&] {
+            const std::string number = toString(static_cast<int>(random() % 30) - 1);
+            const char* const forms[] = {"", "n", "n.zelf", "10.0.0.", "0"};
+            return forms[random() % 5] + number;
+        };
+        for (int step = 0; step < 20; ++step) {
+            if (random() % 4 == 0) {
+                nodes.clear();
+            } else if (random() % 2 == 0 && nodes.size() != 0) {
+                nodes.erase(std::next(nodes.begin(), static_cast<int>(random() % nodes.size())));
+            }
+            Names lines = {"c:10_CLUSTER:::3:n1:n2:"};
+            std::map<std::string, std::string> first; // line of each number, in the lines' order
+            for (size_t i = random() % 20; i > 0; --i) {
+                lines.insert(member(static_cast<int>(random() % 30) - 1,
+                                    text() + " " + text() + " " + text() + " " + text() + " " + text()));
+            }
+            for (const ZlClusterNode& node : nodes) {
+                first.emplace(toString(node.getNumber()), node.getDaemonShortName());
+            }
+            for (const std::string& line : lines) {
+                if (line[0] == 't') {
+                    first.emplace(split(line, ":")[4], split(line, ":")[5]);
+                }
+            }
+            ASSERT_EQ(Info::getNodesMap(lines), 0);
+            ASSERT_EQ(nodes.size(), first.size());
+            int last = -2;
+            for (const ZlClusterNode& node : nodes) {
+                EXPECT_LT(std::exchange(last, node.getNumber()), node.getNumber());
+                EXPECT_EQ(first[toString(node.getNumber())], node.getDaemonShortName());
+            }
+            // More than are answered without an index.
+            for (int i = 0; i < 100; ++i) {
+                const std::string name = text();
+                const auto isIt = [&](const ZlClusterNode& node) { return node.equal(name); };
+                ASSERT_EQ(Info::toNodeIterator(name), std::find_if(nodes.begin(), nodes.end(), isIt))
+                    << name << " " << seed;
+            }
         }
-        EXPECT_EQ(nodes.size(), count);
-        for (const std::string& name : names) {
-            ASSERT_EQ(Info::readNodes(), 0);
-            ASSERT_EQ(answer(Info::findNode(name)), expected[name]) << name;
-            ASSERT_EQ(answer(Info::findNode(name)), expected[name]) << name << " again";
-            EXPECT_EQ(nodes.size(), expected[name] == "none" ? 0U : 1U) << name;
-        }
+        service.writeTrace();
     }
-    // A node that is made stays where it is when the others follow, and when nodes are added.
-    const std::string& stored = Info::toAdminLongName("40");
-    EXPECT_EQ(Info::getNodesMap({member(9, "n1"), member(99, "n99")}), 0);
-    EXPECT_EQ(nodes.size(), count + 1);
-    EXPECT_EQ(&Info::toAdminLongName("40"), &stored);
-    EXPECT_EQ(Info::toNodeNumber("n99"), 99);
-    setCluster({member(9, "n1")}); // the index follows
-    EXPECT_EQ(Info::toNodeNumber("n1") + Info::toNodeNumber("n2"), 9);
 }
 
 TEST_F(ZlClusterInfoTest, AsksTheHostToolForUnknownNames)
