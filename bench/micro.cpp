@@ -1,9 +1,11 @@
 // Micro benchmarks, in process. bench.cpp starts them one by one, each in a fresh process.
 #include <benchmark/benchmark.h>
 
+#include <fcntl.h>
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 
 #include "callhome/zlcallhome.h"
 #include "cluster/zlclusterinfo.h"
@@ -167,10 +169,11 @@ void cutChunks(benchmark::State& state)
 {
     constexpr int64_t MEBIBYTE = 1 << 20;
     for (auto _ : state) {
-        ChunkSource source("/var/zelf/bench/64MiB");
+        const int file = open("/var/zelf/bench/64MiB", O_RDONLY | O_CLOEXEC);
         for (int64_t i = 0; i < 64; ++i) {
-            source.cut(i * MEBIBYTE, MEBIBYTE, "/var/zelf/bench/chunk" + std::to_string(i));
+            copyChunk(file, i * MEBIBYTE, MEBIBYTE, "/var/zelf/bench/chunk" + std::to_string(i));
         }
+        close(file);
     }
 }
 

@@ -4,12 +4,11 @@
 // for each change of its state. This tool reads the files and never writes them.
 #include "callhome/zlcallhome.h"
 
-#include <array>
-#include <string_view>
 #include <unordered_set>
 
 #include "services/zlerrorservice.h"
 #include "services/zlfileio.h"
+#include "services/zlutils.h"
 
 namespace {
 
@@ -27,30 +26,6 @@ enum PROGRESS_FIELDS : size_t {
     PROGRESS_FIELD_COUNT = 12,
 };
 
-using Fields = std::array<std::string_view, PROGRESS_FIELD_COUNT>;
-
-// Cuts a line at each "|". False when it has not exactly as many fields as a record.
-bool cutRecord(std::string_view line, Fields& fields)
-{
-    for (size_t i = 0; i < fields.size(); ++i) {
-        const size_t end = line.find('|');
-        const bool isLast = i + 1 == fields.size();
-        if ((end == std::string_view::npos) != isLast) {
-            return false;
-        }
-        fields[i] = line.substr(0, end);
-        line.remove_prefix(isLast ? line.size() : end + 1);
-    }
-    return true;
-}
-
-// Gives what of the package's file name fits a table, behind "...": all from seven bytes ahead of "gat_". A
-// name that did not come from the gathering tools has no such place, which is a range error.
-std::string_view endOfPackageName(std::string_view name)
-{
-    return name.substr(name.find("gat_") - 7);
-}
-
 } // namespace
 
 int ZlCallhome::readProgressFile(const std::string& task, PlainTable& rows) const
@@ -66,10 +41,11 @@ int ZlCallhome::readProgressFile(const std::string& task, PlainTable& rows) cons
     const bool isMachineReadable = getMachineReadableOutput();
 
     PlainTable newestFirst;
-    std::unordered_set<std::string_view> startTimes;
-    Fields fields;
+    std::unordered_set<std::string> startTimes;
+    std::vector<std::string> fields;
     for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
-        if (!cutRecord(*line, fields)) {
+        stringToVector(&fields, *line, "|");
+        if (fields.size() != PROGRESS_FIELD_COUNT) {
             errorServiceP->pushNewMsg(
                 "ZlCallhome::readProgressFile: Skipping a progress line because of a wrong format: " + *line);
             continue;
@@ -78,25 +54,21 @@ int ZlCallhome::readProgressFile(const std::string& task, PlainTable& rows) cons
         if (!startTimes.insert(fields[PROGRESS_START_TIME]).second) {
             continue;
         }
-        std::vector<std::string>& row = newestFirst.emplace_back();
-        row.reserve(isVerbose ? 8 : 5);
-        row.push_back(groupName);
-        for (const size_t field : {PROGRESS_TASK, PROGRESS_START_TIME, PROGRESS_STATUS}) {
-            row.emplace_back(fields[field]);
-        }
-        const std::string_view package =
-            fields[PROGRESS_PACKAGE].substr(fields[PROGRESS_PACKAGE].rfind('/') + 1);
+        std::vector<std::string> row = {groupName, fields[PROGRESS_TASK], fields[PROGRESS_START_TIME],
+                                        fields[PROGRESS_STATUS]};
+        const std::string& path = fields[PROGRESS_PACKAGE];
+        const std::string package = path.substr(path.rfind('/') + 1);
         if (isVerbose) {
-            const std::string_view code = fields[PROGRESS_RETURN_CODE];
-            row.emplace_back(isMachineReadable ? code.substr(code.find('=') + 1) : code);
-            row.emplace_back(fields[PROGRESS_DATA_ID]);
-            row.emplace_back(fields[PROGRESS_ORIGINAL_FILENAME]);
-            row.emplace_back(package);
+            const std::string& code = fields[PROGRESS_RETURN_CODE];
+            row.insert(row.end(), {isMachineReadable ? code.substr(code.find('=') + 1) : code,
+                                   fields[PROGRESS_DATA_ID], fields[PROGRESS_ORIGINAL_FILENAME], package});
         } else {
-            row.emplace_back("...").append(endOfPackageName(package));
+            // What fits a table: all from seven bytes before "gat_" on. A name that did not come from the
+            // gathering tools has no such place, which is a range error.
+            row.push_back("..." + package.substr(package.find("gat_") - 7));
         }
+        newestFirst.push_back(row);
     }
-    rows.insert(rows.end(), std::make_move_iterator(newestFirst.begin()),
-                std::make_move_iterator(newestFirst.end()));
+    rows.insert(rows.end(), newestFirst.begin(), newestFirst.end());
     return 0;
 }

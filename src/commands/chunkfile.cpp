@@ -1,12 +1,12 @@
 #include "commands/chunkfile.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/sendfile.h>
 #include <unistd.h>
-#include <vector>
 
 #include "services/zlerrorservice.h"
 
@@ -28,44 +28,20 @@ bool copyBytes(int source, off_t begin, off_t end, int target)
     if (copied >= 0 || (errno != EINVAL && errno != ENOSYS)) {
         return copied >= 0;
     }
-    // A file system that knows no such copy.
-    std::vector<char> piece(64 * 1024);
-    for (;;) {
-        const size_t wanted = std::min(piece.size(), static_cast<size_t>(end - begin));
-        const ssize_t got = pread(source, piece.data(), wanted, begin);
-        if (got <= 0) {
-            return got == 0;
+    // A file system that knows no such copy. What a short write leaves is read again.
+    std::array<char, 64 * 1024> piece{};
+    for (copied = 1; begin < end && copied > 0; begin += copied) {
+        copied = pread(source, piece.data(), std::min<size_t>(piece.size(), end - begin), begin);
+        if (copied > 0) {
+            copied = write(target, piece.data(), static_cast<size_t>(copied));
         }
-        for (ssize_t written = 0; written < got;) {
-            copied = write(target, piece.data() + written, static_cast<size_t>(got - written));
-            if (copied < 0) {
-                return false;
-            }
-            written += copied;
-        }
-        begin += got;
     }
+    return copied >= 0;
 }
 
 } // namespace
 
-ChunkSource::ChunkSource(const std::string& path) : descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC))
-{
-    ZL_TRACE();
-    if (descriptor < 0) {
-        traceError("Could not open " + path);
-    }
-}
-
-ChunkSource::~ChunkSource()
-{
-    ZL_TRACE();
-    if (descriptor >= 0) {
-        close(descriptor);
-    }
-}
-
-void ChunkSource::cut(int64_t offset, int64_t length, const std::string& chunkPath)
+void copyChunk(int source, int64_t offset, int64_t length, const std::string& chunkPath)
 {
     ZL_TRACE();
     // A new file, whatever lies at its predictable name: this process may be root's.
@@ -75,7 +51,7 @@ void ChunkSource::cut(int64_t offset, int64_t length, const std::string& chunkPa
         traceError("Could not create " + chunkPath);
         return;
     }
-    if (!copyBytes(descriptor, offset, offset + length, chunk)) {
+    if (!copyBytes(source, offset, offset + length, chunk)) {
         traceError("Could not fill " + chunkPath);
     }
     close(chunk);

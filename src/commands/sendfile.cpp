@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <iostream>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -123,12 +124,12 @@ void sendChunks(const SendJob& job)
     umask(0);
     const auto chunkCount =
         static_cast<int32_t>(job.fileSize / job.chunkSize + (job.fileSize % job.chunkSize != 0 ? 1 : 0));
-    ChunkSource source(job.path);
+    const int file = open(job.path.c_str(), O_RDONLY | O_CLOEXEC);
     std::vector<std::string> output;
     for (int32_t index = 0; index < chunkCount; ++index) {
         const int64_t offset = index * job.chunkSize;
         const std::string chunk = job.chunkPath(index);
-        source.cut(offset, job.chunkSize, chunk);
+        copyChunk(file, offset, job.chunkSize, chunk);
         if (!job.isCallhomeNode) {
             chServiceP->executeCMD("/usr/bin/scp " + chunk + " " + job.callhomeNode + ":" + job.dumpDirectory,
                                    &output);
@@ -137,6 +138,7 @@ void sendChunks(const SendJob& job)
         chServiceP->runZelfmonCmdOnCallhomeNode(
             "sendChunk " + job.jobId + " " + chunk + " " + toString(offset) + " --wait 86400", &output);
     }
+    close(file);
 }
 
 int runChild(const SendJob& job)
