@@ -2,6 +2,7 @@
 #include "fixture.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <regex>
 #include <sys/wait.h>
@@ -119,6 +120,21 @@ TEST_F(ZlSignalsTest, WhoAsksGetsAnAnswerAndDisturbsNothing)
         EXPECT_EQ(said, "ZlErrorService::signalHandlerUSR1: signal = SIGUSR1(10), si_signo = 10, si_pid = " +
                             std::to_string(getpid()) + " si_info = " + std::to_string(value) + "\n");
     }
+}
+
+TEST_F(ZlSignalsTest, WhoAsksAndIsGoneFailsNoWrite)
+{
+    printed([] {
+        const HeldSignal question(SIGUSR1);
+        const pid_t pid = fork();
+        if (pid == 0) {
+            kill(getppid(), SIGUSR1);
+            _exit(0);
+        }
+        waitpid(pid, nullptr, 0);
+        errno = 0;
+    });
+    EXPECT_EQ(errno, 0);
 }
 
 TEST_F(ZlSignalsTest, ADaemonThatIsAskedEnds)

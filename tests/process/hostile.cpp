@@ -1,0 +1,158 @@
+// Many runs at once, and a machine that is short of things or full of traps: nothing is lost, nothing hangs,
+// and nobody reads what is none of his.
+#include "support/installation.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <set>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr size_t LIMIT = 100000; // of the log, in bytes
+const std::string OLD_LOG(LIMIT + 1, 'x');
+
+// Cuts the log at its sections; the first piece is what stands before them. Each other one must be whole.
+Strings sections()
+{
+    const std::string begin = "\nTrace messages start at: ";
+    const std::string end = "\nTrace messager end at: ";
+    std::string log = readFile(LOG);
+    Strings pieces;
+    for (size_t next = 0; next != std::string::npos; log.erase(0, next)) {
+        next = log.find(begin, 1);
+        pieces.push_back(log.substr(0, next));
+        if (pieces.size() > 1) {
+            const size_t last = pieces.back().find(end);
+            EXPECT_EQ(pieces.back().find('\n', last + 1), pieces.back().size() - 1) << pieces.back();
+        }
+    }
+    return pieces;
+}
+
+// Gives the result of a piece of shell that runs the tool as $T. It may take 20 seconds.
+Result runShell(const std::string& script)
+{
+    const std::string all =
+        "T=" ZELFHOME_TOOL " timeout 20 bash -c '" + script + "' </dev/null >/opt/zelf/out 2>/opt/zelf/err";
+    const int status = std::system(all.c_str());
+    return {WEXITSTATUS(status), readFile("/opt/zelf/out"), readFile("/opt/zelf/err")};
+}
+
+const Result LISTED = success("group    customerName   customerID   email   countryCode   \n"
+                              "-------- -------------- ------------ ------- ------------- \n"
+                              "global                                                     \n");
+const Result SURPLUS =
+    failed("\'zelfhome info list\' does not allow any arguments.", "Invalid argument: \'x\'");
+
+} // namespace
+
+// A long run of this one is "./dev soak logs".
+TEST_F(Installation, HostileRunsThatEndTogetherLeaveWholeSections)
+{
+    const char* const wanted = std::getenv("LOG_ROUNDS");
+    const int rounds = wanted == nullptr ? 2 : std::stoi(wanted);
+    constexpr size_t RUNS = 40;
+    size_t kept = 0;
+    size_t shortest = SIZE_MAX;
+    for (int round = 0; round < rounds; ++round) {
+        writeFile(LOG, OLD_LOG);
+        bool isOver = false;
+        std::thread watcher([&] {
+            while (!isOver) {
+                shortest = std::min<size_t>(shortest, fs::file_size(LOG));
+            }
+        });
+        shell("for i in $(seq " + std::to_string(RUNS) +
+              "); do " ZELFHOME_TOOL " info list >/dev/null & done; wait");
+        isOver = true;
+        watcher.join();
+        kept += sections().size() - 1;
+        const std::string debug = readFile(DEBUG_LOG);
+        EXPECT_EQ(debug.rfind("Debug Trace start at: "), 0U);
+        EXPECT_EQ(debug.find('\n', debug.find("\nDebug Trace end at: ") + 1), debug.size() - 1);
+    }
+    EXPECT_GE(shortest, LIMIT);
+    EXPECT_GT(kept, 0U);
+    std::cout << rounds << " rounds of " << RUNS << " runs: " << kept << " whole sections, "
+              << rounds * RUNS - kept << " lost in a cut, the log never below " << shortest << " bytes\n";
+}
+
+TEST_F(Installation, HostileParentsAndLimitsChangeNeitherWordsNorStatus)
+{
+    const std::tuple<const char*, const char*, Result> rows[] = {
+        {"CHLD", "exec env --ignore-signal=CHLD $T info list", LISTED},
+        {"all", "exec env --block-signal $T info list", LISTED},
+        {"file size", "ulimit -f 1; exec $T info list", LISTED},
+        {"descriptors", "ulimit -n 4; exec $T info list", {1, "", "Failed\n"}},
+        {"enough", "ulimit -n 16; exec $T info list", LISTED},
+        {"full disk", "mount -t tmpfs -o size=4k z $TMP; echo >$TMP/full.log; $T info list",
+         failed("Could not read the call home configuration from the CCR")},
+    };
+    inEach(rows, [](const char*, const std::string& script, const Result& expected) {
+        EXPECT_EQ(runShell("TMP=/var/zelf/tmp; " + script), expected);
+    });
+    SetUp();
+    for (unsigned closed = 0; closed < 8; ++closed) {
+        const std::string streams = std::string((closed & 1) != 0 ? " <&-" : "") +
+                                    ((closed & 2) != 0 ? " >&-" : "") + ((closed & 4) != 0 ? " 2>&-" : "");
+        EXPECT_EQ(runShell("$T info list" + streams), (closed & 2) != 0 ? success("") : LISTED) << streams;
+        EXPECT_EQ(runShell("$T info list x" + streams), (closed & 4) != 0 ? (Result{1, "", ""}) : SURPLUS)
+            << streams;
+        EXPECT_EQ(sections().size(), 2 * closed + 2) << streams;
+    }
+}
+
+TEST_F(Installation, HostileFilesAtTheToolsNamesNeitherHangNorLeadElsewhere)
+{
+    // What stands at a name that anybody can guess, and what is true of it afterwards.
+    const std::string notes = "echo notes >../notes; ";
+    const std::string isUntouched = "grep -qx notes ../notes";
+    const std::string isRoots = "[ \"$(stat -c %a:%u:%F $F)\" = '600:0:regular file' ]";
+    const std::tuple<const char*, std::string, std::string> rows[] = {
+        {"FIFO", "mkfifo $F", "[ -p $F ]"},
+        {"device", "mknod $F c 1 3", "[ -c $F ]"},
+        {"another user's link", notes + "ln -s ../notes $F; chown -h 9 $F", isUntouched},
+        {"root's link", notes + "ln -s ../notes $F", "[ -L $F ] && grep -q Trace ../notes"},
+        {"another user's file", "touch $F; chown 9 $F", isRoots},
+        {"another user's file of two names", "touch $F; chown 9 $F; ln $F ../notes",
+         isRoots + " && [ ! -s ../notes ]"},
+        {"root's file of two names", "touch $F; ln $F ../notes", isRoots + " && cmp $F ../notes"},
+        {"everybody's file", "touch $F; chmod 666 $F", isRoots},
+        {"nothing", "umask 0", isRoots},
+    };
+    for (const std::string file : {"zelfhome.log", "debugzelfhome.log"}) {
+        inEach(rows, [&](const char*, const std::string& make, const std::string& check) {
+            const std::string in = "set -e; cd $TMP; chmod 1777 .; F=" + file + "; ";
+            shell(in + make);
+            EXPECT_EQ(runShell("umask 0; exec $T info list"), LISTED) << file;
+            shell(in + check);
+        });
+    }
+    SetUp();
+    // The copy of the configuration, which the repository's tool writes, and the list of nodes.
+    shell("set -e; echo node1 >$GEN/nodeFiles/zelfall.rel; cd $TMP; chmod 1777 .; " + notes +
+          "ln -s ../notes _callhomeconfig; ln -s ../notes zelfall.rel; chown -h 9 *");
+    runShell("umask 0; exec $T group auto --enable");
+    shell("set -e; cd $TMP; [ $(stat -c %a:%u:%h _callhomeconfig) = 600:0:1 ]; rm zelfall.rel; " +
+          isUntouched);
+    runShell("umask 0; exec $T group auto --enable");
+    shell("[ $(stat -c %a:%u:%h $TMP/zelfall.rel) = 600:0:1 ]");
+}
+
+TEST_F(Installation, HostileOutputFailsNoWrite)
+{
+    for (const char* where : {">/dev/full", ">&-"}) {
+        runShell("exec $T group auto --enable --debug " + std::string(where));
+        EXPECT_EQ(logged("ZlFileIO::writeFile: /var/zelf/tmp/_callhomeconfig "), Strings{"passed."}) << where;
+        writeFile(LOG, "");
+    }
+}
