@@ -3,13 +3,10 @@
 #include "support/installation.h"
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
-#include <set>
-#include <sys/resource.h>
-#include <sys/stat.h>
+#include <linux/close_range.h>
 #include <thread>
 #include <unistd.h>
 
@@ -43,6 +40,7 @@ Result runShell(const std::string& script)
 {
     const std::string all =
         "T=" ZELFHOME_TOOL " timeout 20 bash -c '" + script + "' </dev/null >/opt/zelf/out 2>/opt/zelf/err";
+    close_range(3, ~0U, CLOSE_RANGE_CLOEXEC); // what CTest has left open
     const int status = std::system(all.c_str());
     return {WEXITSTATUS(status), readFile("/opt/zelf/out"), readFile("/opt/zelf/err")};
 }
