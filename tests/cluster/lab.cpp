@@ -21,6 +21,7 @@ public:
     {
         setenv("ZELFLAB_DIR", labFolder().c_str(), 1);
         setenv("ZELFHOME", ZELFHOME_TOOL, 1);
+        setenv("ZELFLAB_WAIT", "60", 1); // another lab on this machine, of another clone's tests perhaps
         const Outcome up = lab("up 3");
         ASSERT_EQ(up.status, 0) << up.err;
     }

@@ -5,7 +5,7 @@ set -euo pipefail
 HERE=$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")
 ROOT=$HERE/../..
 ZELFLAB_DIR=$(mktemp -d)/lab
-export ZELFLAB_DIR ZELFHOME=$1
+export ZELFLAB_DIR ZELFHOME=$1 ZELFLAB_WAIT=60
 trap 'rm -rf "${ZELFLAB_DIR%/*}"' EXIT
 
 "$ROOT/lab/demo" >"${ZELFLAB_DIR%/*}/demo.out"
