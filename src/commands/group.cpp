@@ -30,12 +30,11 @@ std::vector<std::string> takeChildNodes(std::vector<std::string>& args)
 std::vector<std::string> formerMembers(const std::string& answer)
 {
     constexpr size_t TEXT_LENGTH = 36;
-    const size_t begin = answer.find('\n') + 1;
-    if (begin == 0 || begin == answer.size()) {
+    const std::vector<std::string> lines = linesOf(answer);
+    if (lines.size() < 2) {
         return {};
     }
-    const std::string line = answer.substr(begin, answer.find('\n', begin) - begin + 1);
-    std::string names = line.substr(TEXT_LENGTH);
+    std::string names = lines[1].substr(TEXT_LENGTH);
     if (!names.empty()) {
         names.pop_back();
     }

@@ -62,7 +62,8 @@ std::string findDumpDirectory()
         giveUp("Could not read the cluster configuration");
     }
     std::string directory;
-    for (const ColonRecord& record : parseColonFormat(lines, COLON_HEADER)) {
+    for (const ColonRecord& record :
+         parseColonFormat(linesOf(containerToString(lines, emptyStrg)), COLON_HEADER)) {
         if (valueOr(record, "name") == "dataStructureDump") {
             directory = valueOr(record, "value");
         }
@@ -82,7 +83,8 @@ void setUp(SendJob& job)
     if (chServiceP->runZelfmonCmdOnCallhomeNode(query, &job.reply) != 0) {
         giveUp("Failed while executing a query to sysmonitor");
     }
-    const std::vector<ColonRecord> records = parseColonFormat(job.reply, COLON_HEADER);
+    const std::vector<ColonRecord> records =
+        parseColonFormat(linesOf(containerToString(job.reply, emptyStrg)), COLON_HEADER);
     if (!records.empty()) {
         job.chunkSizeText = valueOr(records.front(), "Chunk size");
         job.chunkSize = std::strtoll(job.chunkSizeText.c_str(), nullptr, 10);

@@ -3,6 +3,8 @@
 // Below 128 the file system counts in its own way: alike up to 34, in another order above. A number without a
 // counterpart on the other side appears there with 1000 added. Above 200 it has numbers of its own, which
 // fold to common ones.
+//
+// The maps serve the message catalogue alone, which no verb opens.
 #pragma once
 
 #include <array>

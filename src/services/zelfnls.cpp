@@ -72,6 +72,21 @@ void printCatMessage(int number, const char* text, ...)
     std::cerr << message;
 }
 
+const char* openFailedText()
+{
+    return CatGets(ZELFHOME_SET, MSG_OPEN_FAILED, "Open file failed: errno = ");
+}
+
+const char* readFailedText()
+{
+    return CatGets(ZELFHOME_SET, MSG_READ_FAILED, "Read from file failed: errno = ");
+}
+
+const char* programErrorText()
+{
+    return CatGets(ZELFHOME_SET, MSG_PROGRAM_ERROR, "Program error: ");
+}
+
 const char* new_nl_langinfo(int item)
 {
     const char* answer = nl_langinfo(item);

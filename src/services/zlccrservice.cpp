@@ -10,13 +10,32 @@
 
 namespace {
 
-constexpr const char* ZELFCCR = "/opt/zelf/bin/zelfccr ";
-
 // Exit codes of "zelfccr fget".
 constexpr int CCR_NO_SUCH_FILE = 149;
 constexpr int CCR_LOCAL_COPY_IS_GOOD = 155;
 
+constexpr const char* SILENTLY = " 1>/dev/null 2>/dev/null";
+
+// Runs a subcommand with its arguments. Without `lines` its output goes to standard output.
+int zelfccr(const std::string& command, std::vector<std::string>* lines = nullptr)
+{
+    return _executeCMD("/opt/zelf/bin/zelfccr " + command, lines);
+}
+
 } // namespace
+
+std::optional<std::pair<int, std::string>> parseVersionedEntry(const std::string& reply)
+{
+    const std::vector<std::string> fields = split(reply, ":");
+    if (fields.size() <= 2 || !reply.ends_with('\n')) {
+        return std::nullopt;
+    }
+    // A value with a colon leaves no newline in this field, and the range error of erase() ends the run:
+    // better than a lock value cut in two.
+    std::string value = fields[2];
+    value.erase(value.rfind('\n'));
+    return std::pair{static_cast<int>(std::strtol(fields[1].c_str(), nullptr, 10)), value};
+}
 
 ZlCcrService::ZlCcrService(const std::string& name, const std::string& directory) : ccrFileName(name)
 {
@@ -41,9 +60,7 @@ int ZlCcrService::readCcrFile()
 {
     ZL_TRACE();
     removeForeignFile(localFile->getFileName());
-    const int code = _executeCMD(ZELFCCR + ("fget " + ccrFileName) + " " + localFile->getFileName() +
-                                     " 1>/dev/null 2>/dev/null",
-                                 nullptr);
+    const int code = zelfccr("fget " + ccrFileName + " " + localFile->getFileName() + SILENTLY);
     if (code == CCR_NO_SUCH_FILE) {
         return 1;
     }
@@ -64,10 +81,7 @@ int ZlCcrService::writeCcrFile()
         return 1;
     }
     narrowFile(localFile->getFileName());
-    const int code = _executeCMD(ZELFCCR + ("fput " + ccrFileName) + " " + localFile->getFileName() +
-                                     " 1>/dev/null 2>/dev/null",
-                                 nullptr);
-    return code == 0 ? 0 : 1;
+    return zelfccr("fput " + ccrFileName + " " + localFile->getFileName() + SILENTLY) == 0 ? 0 : 1;
 }
 
 int ZlCcrService::setCcr(const std::string& text)
@@ -86,21 +100,16 @@ std::pair<int, std::string> ZlCcrService::getKeyValue(const std::string& key)
 {
     ZL_TRACE();
     std::vector<std::string> lines;
-    if (_executeCMD(ZELFCCR + ("vget " + key), &lines) != 0) {
+    if (zelfccr("vget " + key, &lines) != 0) {
         return {0, "invalid key " + key};
     }
     const std::string reply = containerToString(lines, emptyStrg);
-    std::vector<std::string> fields;
-    stringToVector(&fields, reply, ":");
-    if (fields.size() <= 2 || reply.back() != '\n') {
+    const auto entry = parseVersionedEntry(reply);
+    if (!entry) {
         errorServiceP->pushNewMsg("ZlCcrService::getKeyValue invalid response " + reply);
         return {-1, emptyStrg};
     }
-    // A value with a colon leaves no newline in this field, and the range error of erase() ends the run:
-    // better than a lock value cut in two.
-    std::string value = fields[2];
-    value.erase(value.rfind('\n'));
-    return {static_cast<int>(std::strtol(fields[1].c_str(), nullptr, 10)), value};
+    return *entry;
 }
 
 std::pair<int, std::string> ZlCcrService::setKeyValue(const std::pair<std::string, std::string>& pair,
@@ -115,9 +124,8 @@ std::pair<int, std::string> ZlCcrService::setKeyValue(const std::pair<std::strin
     }
     const auto& [key, value] = pair;
     const int code =
-        _executeCMD(ZELFCCR + ("vput -c " + toString(version)) + " -v " +
-                        toString(static_cast<long>(version) + 1) + " '" + key + "' '" + value + "' 2>&1",
-                    nullptr);
+        zelfccr("vput -c " + toString(version) + " -v " + toString(static_cast<long>(version) + 1) + " '" +
+                key + "' '" + value + "' 2>&1");
     const std::string tail = "for (" + key + ", " + value + ") rc = " + toString(code);
     if (code == 0) {
         errorServiceP->pushNewMsg("ZlCcrService::setKeyValue success " + tail);
@@ -131,7 +139,7 @@ int ZlCcrService::delKey(const std::string& key, int version)
 {
     ZL_TRACE();
     const std::string condition = version == -1 ? emptyStrg : "-c " + toString(version) + " ";
-    const int code = _executeCMD(ZELFCCR + ("vdel " + condition) + key, nullptr);
+    const int code = zelfccr("vdel " + condition + key);
     if (code == 0) {
         errorServiceP->pushNewMsg("ZlCcrService::delKey for " + key);
         return 1;

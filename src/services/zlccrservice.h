@@ -7,12 +7,17 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 class ZlErrorService;
 class ZlFileIO;
+
+// Gives version and value of an entry, out of "x:version:value" and a newline; nothing for another reply.
+// Throws std::out_of_range when the value has a colon.
+std::optional<std::pair<int, std::string>> parseVersionedEntry(const std::string& reply);
 
 class ZlCcrService {
 public:
@@ -35,6 +40,8 @@ public:
 
     // Adds the buffer's lines to the vector; result as ZlFileIO::getData.
     int getCcrData(std::vector<std::string>* lines);
+
+    // --- keys: no verb uses them, they stand ready with the locks of tasks ------------------------------
 
     // Gives version and value of a key. Version 0 with a text: zelfccr failed; -1: its reply was malformed.
     static std::pair<int, std::string> getKeyValue(const std::string& key);

@@ -1,5 +1,5 @@
 // Predicates on strings and rows for ZlTable. They answer whether two texts are equal, never which is
-// greater.
+// greater. They stand ready with it: no verb makes one.
 #pragma once
 
 #include <string>
@@ -25,11 +25,13 @@ public:
 
     bool stringComperator(const std::string& a, const std::string& b) const;
 
+    // Ends the run with status 1, and the text in its full log.
+    [[noreturn]] static void terminateProgram(const std::string& text);
+
     static ZlErrorService* errorServiceP;
 
 private:
     ZlComparatorFactory(const std::string& text, unsigned long flagBits, int place);
-    [[noreturn]] static void terminateProgram(const std::string& text);
 
     std::string pattern;
     unsigned long flags;

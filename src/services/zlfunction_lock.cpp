@@ -167,19 +167,15 @@ std::pair<int, std::string> ZlFunction::getKeyValue(const std::string& lockKey)
     const int result = file.readFile();
     std::string text;
     file.getData(&text);
-    std::vector<std::string> fields;
-    stringToVector(&fields, text, ":");
     errorServiceP->pushDebugMsg("ZlFunction::getKeyValue: get from file =" + file.getFileName() + " " + text +
                                 " with rc=" + toString(result));
-    if (fields.size() <= 2 || text.back() != '\n') {
+    const auto entry = parseVersionedEntry(text);
+    if (!entry) {
         errorServiceP->pushNewMsg("ZlFunction::getKeyValue invalid response " +
-                                  containerToString(fields, emptyStrg));
+                                  containerToString(split(text, ":"), emptyStrg));
         return {-1, emptyStrg};
     }
-    // As with the CCR: a value with a colon raises a range error here.
-    std::string value = fields[2];
-    value.erase(value.rfind('\n'));
-    return {toNumber(fields[1]), value};
+    return *entry;
 }
 
 std::pair<int, std::string> ZlFunction::setKeyValue(const std::pair<std::string, std::string>& pair,

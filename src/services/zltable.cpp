@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <set>
 
 #include "cli/zlcli.h"
 #include "services/zlcomparatorfactory.h"
@@ -17,6 +18,24 @@ const char* const RECORD_EDGE = " :\n";
 bool isMissingOrEmpty(const PlainTable& table)
 {
     return table.empty() || table[0].empty();
+}
+
+// Gives the place of the first column of that name; npos without one.
+size_t findColumn(const PlainTable& table, const std::string& name, bool exact)
+{
+    if (table.empty()) {
+        return std::string::npos;
+    }
+    const std::vector<std::string>& names = table[0];
+    auto column = names.end();
+    if (exact) {
+        column = std::ranges::find(names, name);
+    } else {
+        const std::unique_ptr<ZlComparatorFactory> sameName(
+            ZlComparatorFactory::getUnaryStrComp(name, ZlComparatorFactory::IGNORE_CASE));
+        column = std::ranges::find_if(names, std::cref(*sameName));
+    }
+    return column == names.end() ? std::string::npos : static_cast<size_t>(column - names.begin());
 }
 
 } // namespace
@@ -64,12 +83,12 @@ std::pair<unsigned long, unsigned long> ZlTable::getSize()
 std::vector<std::string> ZlTable::getColumn(const std::string& name)
 {
     ZL_TRACE();
-    const auto column = std::find_if(listTable.begin(), listTable.end(),
-                                     [&](const auto& entry) { return !entry.empty() && entry[0] == name; });
-    if (column == listTable.end()) {
-        return {};
+    for (const auto& column : listTable) {
+        if (column[0] == name) {
+            return {column.begin() + 1, column.end()};
+        }
     }
-    return {column->begin() + 1, column->end()};
+    return {};
 }
 
 void ZlTable::replaceValue(const std::string& name, const std::string& from, const std::string& to)
@@ -79,10 +98,10 @@ void ZlTable::replaceValue(const std::string& name, const std::string& from, con
         return;
     }
     for (size_t row = 1; row < rowTable.size(); ++row) {
-        std::replace(rowTable[row].begin(), rowTable[row].end(), from, to);
+        std::ranges::replace(rowTable[row], from, to);
     }
     for (auto& column : listTable) {
-        if (!column.empty() && column[0] == name) {
+        if (column[0] == name) {
             std::replace(column.begin() + 1, column.end(), from, to);
         }
     }
@@ -92,10 +111,10 @@ void ZlTable::replaceHeader(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!rowTable.empty()) {
-        std::replace(rowTable[0].begin(), rowTable[0].end(), from, to);
+        std::ranges::replace(rowTable[0], from, to);
     }
     for (auto& column : listTable) {
-        if (!column.empty() && column[0] == from) {
+        if (column[0] == from) {
             column[0] = to;
         }
     }
@@ -113,16 +132,6 @@ void ZlTable::replaceAllSubstrings(const std::string& from, const std::string& t
     }
 }
 
-size_t ZlTable::columnOf(const std::string& name)
-{
-    const auto [entry, isNew] = columnIndex.try_emplace(name, columnIndex.size());
-    if (isNew) {
-        rowTable[0].push_back(name);
-        listTable.push_back({name});
-    }
-    return entry->second;
-}
-
 void ZlTable::insert(const std::vector<std::string>& names, const std::vector<std::string>& values)
 {
     ZL_TRACE();
@@ -135,14 +144,19 @@ void ZlTable::insert(const std::vector<std::string>& names, const std::vector<st
         rowTable.emplace_back();
     }
     std::vector<std::string> row(rowTable[0].size(), emptyValue);
-    std::vector<std::string> decoded;
-    cli->decode(decoded, values);
     for (size_t i = 0; i < names.size(); ++i) {
         std::string name;
         cli->decode(name, names[i]);
-        const size_t column = columnOf(name);
-        if (i < decoded.size()) {
+        const auto [entry, isNew] = columnIndex.try_emplace(name, columnIndex.size());
+        const size_t column = entry->second;
+        if (isNew) {
+            rowTable[0].push_back(name);
+            listTable.push_back({name});
+        }
+        if (i < values.size()) {
             row.resize(std::max(row.size(), column + 1), emptyValue);
+            std::vector<std::string> decoded;
+            cli->decode(decoded, values);
             row[column] = decoded[i];
             // The first place of the record, not the first column, goes without the separator.
             listTable.at(column).push_back(i == 0 ? decoded[i] : listSeparator + decoded[i]);
@@ -165,14 +179,13 @@ void ZlTable::append(const std::vector<std::string*>& lines)
         return;
     }
     std::vector<std::string> names;
-    std::vector<std::string> fields;
     size_t leadingFields = 0;
     for (std::string* line : lines) {
         trim(*line, RECORD_EDGE);
         if (line->empty()) {
             continue;
         }
-        stringToVector(&fields, *line, ":");
+        std::vector<std::string> fields = split(*line, ":");
         if (line->find("HEADER") != std::string::npos) {
             const auto lastReserved = std::find(fields.rbegin(), fields.rend(), "reserved");
             names.assign(lastReserved.base(), fields.end());
@@ -201,8 +214,7 @@ void ZlTable::append(std::vector<std::string>* lines)
 void ZlTable::append(const std::string& text)
 {
     ZL_TRACE();
-    std::vector<std::string> lines;
-    stringToVector(&lines, text, "\n");
+    std::vector<std::string> lines = split(text, "\n");
     append(&lines);
 }
 
@@ -224,43 +236,6 @@ void ZlTable::append(std::map<std::string, std::string>* textOfNode)
     append(singleLines);
 }
 
-size_t ZlTable::findColumn(const std::string& name) const
-{
-    if (rowTable.empty()) {
-        return std::string::npos;
-    }
-    const auto& names = rowTable[0];
-    const std::unique_ptr<ZlComparatorFactory> sameName(ZlComparatorFactory::getUnaryStrComp(
-        name, caseSensitive ? ZlComparatorFactory::EXACT : ZlComparatorFactory::IGNORE_CASE));
-    const auto column = std::find_if(names.begin(), names.end(), std::cref(*sameName));
-    return column == names.end() ? std::string::npos : static_cast<size_t>(column - names.begin());
-}
-
-namespace {
-
-// Merges two sorted halves of the rows, again and again. The comparator answers for equality alone and so is
-// no order; std::sort may leave its range on one, this only ever moves rows between two tables of one size.
-void sortRows(PlainTable& rows, const ZlComparatorFactory& comesFirst)
-{
-    PlainTable merged(rows.size());
-    for (size_t width = 1; width < rows.size(); width *= 2) {
-        for (size_t begin = 0; begin < rows.size(); begin += 2 * width) {
-            const size_t middle = std::min(begin + width, rows.size());
-            const size_t end = std::min(begin + 2 * width, rows.size());
-            size_t left = begin;
-            size_t right = middle;
-            for (size_t out = begin; out < end; ++out) {
-                const bool takeRight =
-                    left == middle || (right != end && comesFirst(rows[right], rows[left]));
-                merged[out] = std::move(rows[takeRight ? right++ : left++]);
-            }
-        }
-        rows.swap(merged);
-    }
-}
-
-} // namespace
-
 int ZlTable::sortTable(const std::string& name, unsigned long flags)
 {
     ZL_TRACE();
@@ -268,33 +243,32 @@ int ZlTable::sortTable(const std::string& name, unsigned long flags)
         errorServiceP->pushDebugMsg("ZlTable::sortTable: empty header");
         return 1;
     }
-    const std::unique_ptr<ZlComparatorFactory> sameName(
-        ZlComparatorFactory::getUnaryStrComp(name, flags & ZlComparatorFactory::EXACT));
-    const auto& names = rowTable[0];
-    const auto column = std::find_if(names.begin(), names.end(), std::cref(*sameName));
-    if (rowTable.size() < 2 || names.empty() || rowTable[1].empty() || column == names.end()) {
+    const size_t column = findColumn(rowTable, name, (flags & ZlComparatorFactory::EXACT) != 0);
+    if (rowTable.size() < 2 || rowTable[1].empty() || column == std::string::npos) {
         errorServiceP->pushDebugMsg("ZlTable::sortTable: Empty table or invalid header element.");
         return 1;
     }
     const std::unique_ptr<ZlComparatorFactory> comesFirst(
-        ZlComparatorFactory::getVectorComparator(static_cast<int>(column - names.begin()), flags));
-    PlainTable rows(std::make_move_iterator(rowTable.begin() + 1), std::make_move_iterator(rowTable.end()));
-    sortRows(rows, *comesFirst);
-    std::move(rows.begin(), rows.end(), rowTable.begin() + 1);
+        ZlComparatorFactory::getVectorComparator(static_cast<int>(column), flags));
+    // Equality alone is no order that std::sort could take. What it can tell of a row is whether it is like
+    // the first one.
+    std::stable_partition(rowTable.begin() + 2, rowTable.end(),
+                          [&](const auto& row) { return (*comesFirst)(row, rowTable[1]); });
     return 0;
 }
 
 void ZlTable::filterByRow(const std::string& name, const std::vector<std::string>& values, bool keep)
 {
     ZL_TRACE();
-    const size_t column = findColumn(name);
-    if (column == std::string::npos || rowTable.size() < 2) {
+    const size_t column = findColumn(rowTable, name, caseSensitive);
+    if (column == std::string::npos) {
         return;
     }
-    const auto mustGo = [&](const std::vector<std::string>& row) {
-        return keep != contains(values, row.at(column));
-    };
-    rowTable.erase(std::remove_if(rowTable.begin() + 1, rowTable.end(), mustGo), rowTable.end());
+    for (size_t row = rowTable.size() - 1; row > 0; --row) {
+        if (contains(values, rowTable[row].at(column)) != keep) {
+            rowTable.erase(rowTable.begin() + static_cast<std::ptrdiff_t>(row));
+        }
+    }
 }
 
 void ZlTable::filterByHeader(const std::vector<std::string>& names)
@@ -304,32 +278,25 @@ void ZlTable::filterByHeader(const std::vector<std::string>& names)
         errorServiceP->pushNewMsg("ZlTable::filterByHeader: data empty");
         return;
     }
-    std::vector<bool> kept(rowTable[0].size());
+    std::set<size_t> kept;
     for (const std::string& name : names) {
         // Behind the first match, which may ignore case, only exact ones count.
-        const size_t first = findColumn(name);
-        for (size_t i = first; i < kept.size(); ++i) {
-            kept[i] = kept[i] || i == first || rowTable[0][i] == name;
+        const size_t first = findColumn(rowTable, name, caseSensitive);
+        for (size_t i = first; i < rowTable[0].size(); ++i) {
+            if (i == first || rowTable[0][i] == name) {
+                kept.insert(i);
+            }
         }
     }
     for (auto& row : rowTable) {
-        std::vector<std::string> cells;
-        for (size_t i = 0; i < std::min(row.size(), kept.size()); ++i) {
-            if (kept[i]) {
-                cells.push_back(std::move(row[i]));
+        for (size_t i = row.size(); i-- > 0;) {
+            if (!kept.contains(i)) {
+                row.erase(row.begin() + static_cast<std::ptrdiff_t>(i));
             }
         }
-        row = std::move(cells);
     }
-    filterList(names);
-}
-
-// Erases the entry behind each named one, or the last entry for itself. Callers rely on this place: after the
-// call the list is not in step with the table.
-void ZlTable::filterList(const std::vector<std::string>& names)
-{
     for (size_t i = listTable.size(); i-- > 0;) {
-        if (!listTable[i].empty() && contains(names, listTable[i][0])) {
+        if (contains(names, listTable[i][0])) {
             const size_t behind = std::min(i + 1, listTable.size() - 1);
             listTable.erase(listTable.begin() + static_cast<std::ptrdiff_t>(behind));
         }

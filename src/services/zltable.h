@@ -49,25 +49,23 @@ public:
     void append(std::map<std::string, std::string>* textOfNode);
 
     // Sorts the rows by one column with ZlComparatorFactory's flags. Its comparator knows equality alone, so
-    // no order is promised. 1: no rows, or no such column.
+    // no order is promised. 1: no rows, an empty first one, or no such column.
     int sortTable(const std::string& name, unsigned long flags);
 
     // Keeps the rows whose cell is one of `values`, or, without `keep`, the others. The list stays as it is.
     void filterByRow(const std::string& name, const std::vector<std::string>& values, bool keep);
 
-    // Keeps the named columns of the table, in their order.
+    // Keeps the named columns of the table, in the table's order. The list loses the entry behind each named
+    // one, or the last entry for itself: it is not in step with the table then.
     void filterByHeader(const std::vector<std::string>& names);
 
-    // Prints the table or the list, when display is on. Without data the run ends with "No data available."
+    // Prints the table or the list, when display is on. Without data, records and list leave the result
+    // message "No data available." with the code 1; an aligned table is just empty.
     void show();
 
     static ZlErrorService* errorServiceP;
 
 private:
-    size_t findColumn(const std::string& name) const;
-    size_t columnOf(const std::string& name);
-    void filterList(const std::vector<std::string>& names);
-
     ZlCli* cli;
     std::map<std::string, unsigned long> columnIndex;
     PlainTable rowTable;

@@ -1,10 +1,10 @@
 #include "services/zlutils.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 #include <cstdlib>
 #include <fcntl.h>
+#include <iterator>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -19,55 +19,6 @@ bool isDigit(char byte)
 bool isCapital(char byte)
 {
     return byte >= 'A' && byte <= 'Z';
-}
-
-// Hands each piece of `text` between two hits of `find(from)` to `add`; `width` is the length of a hit.
-template <typename Find, typename Add>
-void forEachPiece(const std::string& text, size_t width, Find find, Add add)
-{
-    size_t begin = 0;
-    for (size_t hit = find(begin); hit != std::string::npos; hit = find(begin)) {
-        add(text.substr(begin, hit - begin));
-        // A hit of a delimiter of several bytes may resume behind the end.
-        begin = std::min(hit + width, text.size());
-    }
-    add(text.substr(begin));
-}
-
-template <typename Add>
-void cutAtAnyOf(const std::string& text, const std::string& delimiters, Add add)
-{
-    // One byte, as nearly always, is found many times as fast as one of several.
-    const auto find = [&](size_t from) {
-        return delimiters.size() == 1 ? text.find(delimiters[0], from) : text.find_first_of(delimiters, from);
-    };
-    forEachPiece(text, delimiters.size(), find, add);
-}
-
-template <typename Add>
-void cutAtWhole(const std::string& text, const std::string& delimiter, Add add)
-{
-    if (delimiter.empty()) {
-        add(text);
-        return;
-    }
-    forEachPiece(
-        text, delimiter.size(), [&](size_t from) { return text.find(delimiter, from); }, add);
-}
-
-template <typename Container>
-std::string join(const Container& container, const std::string& separator)
-{
-    std::string joined;
-    bool first = true;
-    for (const std::string& element : container) {
-        if (!first) {
-            joined += separator;
-        }
-        first = false;
-        joined += element;
-    }
-    return joined;
 }
 
 } // namespace
@@ -96,14 +47,12 @@ void trim(std::string& text, const std::string& set)
 
 void toLower(std::string& text)
 {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char byte) { return static_cast<char>(std::tolower(byte)); });
+    std::ranges::transform(text, text.begin(), [](unsigned char byte) { return std::tolower(byte); });
 }
 
 void toUpper(std::string& text)
 {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char byte) { return static_cast<char>(std::toupper(byte)); });
+    std::ranges::transform(text, text.begin(), [](unsigned char byte) { return std::toupper(byte); });
 }
 
 int replaceAllSubstrg(std::string& text, const std::string& from, const std::string& to)
@@ -124,12 +73,12 @@ int replaceAllSubstrg(std::string& text, const std::string& from, const std::str
 int stringToKeyValue(std::string& key, std::string& value, const std::string& line,
                      const std::string& delimiters)
 {
-    const size_t cut = line.find_first_of(delimiters);
-    if (cut == std::string::npos) {
+    const size_t end = line.find_first_of(delimiters);
+    if (end == std::string::npos) {
         return 2;
     }
-    key = line.substr(0, cut);
-    value = line.substr(cut + 1);
+    key = line.substr(0, end);
+    value = line.substr(end + 1);
     trim(key, whitespace);
     trim(value, whitespace);
     return 0;
@@ -141,7 +90,12 @@ int stringToVector(std::vector<std::string>* list, const std::string& text, cons
         return 1;
     }
     list->clear();
-    cutAtAnyOf(text, delimiter, [list](std::string&& piece) { list->push_back(std::move(piece)); });
+    size_t begin = 0;
+    for (size_t end; (end = text.find_first_of(delimiter, begin)) != std::string::npos;) {
+        list->push_back(text.substr(begin, end - begin));
+        begin = std::min(end + delimiter.size(), text.size());
+    }
+    list->push_back(text.substr(begin));
     return 0;
 }
 
@@ -150,8 +104,9 @@ int stringToSet(std::set<std::string>* set, const std::string& text, const std::
     if (set == nullptr) {
         return 1;
     }
-    set->clear();
-    cutAtAnyOf(text, delimiter, [set](std::string&& piece) { set->insert(set->end(), std::move(piece)); });
+    std::vector<std::string> pieces;
+    stringToVector(&pieces, text, delimiter);
+    *set = {pieces.begin(), pieces.end()};
     return 0;
 }
 
@@ -161,7 +116,7 @@ int stringListToContainer(const std::string& text, const std::string& delimiter,
     if (list == nullptr) {
         return 1;
     }
-    cutAtWhole(text, delimiter, [list](std::string piece) { list->push_back(std::move(piece)); });
+    std::ranges::move(split(text, delimiter), std::back_inserter(*list));
     return 0;
 }
 
@@ -181,13 +136,33 @@ void cut(std::vector<std::string_view>* pieces, std::string_view text, char deli
 std::vector<std::string> split(const std::string& text, const std::string& delimiter)
 {
     std::vector<std::string> fields;
-    stringListToContainer(text, delimiter, &fields);
+    size_t begin = 0;
+    if (!delimiter.empty()) {
+        for (size_t end; (end = text.find(delimiter, begin)) != std::string::npos;) {
+            fields.push_back(text.substr(begin, end - begin));
+            begin = end + delimiter.size();
+        }
+    }
+    fields.push_back(text.substr(begin));
     return fields;
+}
+
+std::vector<std::string> linesOf(const std::string& text)
+{
+    std::vector<std::string> lines;
+    for (size_t begin = 0; begin < text.size(); begin += lines.back().size()) {
+        lines.push_back(text.substr(begin, text.find('\n', begin) - begin + 1));
+    }
+    return lines;
 }
 
 std::string containerToString(const std::vector<std::string>& list, const std::string& separator)
 {
-    return join(list, separator);
+    std::string joined;
+    for (size_t i = 0; i < list.size(); ++i) {
+        joined.append(i == 0 ? emptyStrg : separator).append(list[i]);
+    }
+    return joined;
 }
 
 std::string toString(int value)
@@ -222,12 +197,12 @@ std::string toString(const std::string& value)
 
 std::string toString(const std::vector<std::string>& list, const std::string& separator)
 {
-    return join(list, separator);
+    return containerToString(list, separator);
 }
 
 std::string toString(const std::set<std::string>& set, const std::string& separator)
 {
-    return join(set, separator);
+    return containerToString({set.begin(), set.end()}, separator);
 }
 
 bool contains(const std::vector<std::string>& list, std::string_view word)
@@ -256,23 +231,14 @@ std::string valueOr(const std::map<std::string, std::string>& map, const std::st
 void percentEncode(std::string& out, const std::string& in, std::string_view set)
 {
     constexpr std::string_view digits = "0123456789ABCDEF";
-    std::array<bool, 256> encoded{};
-    for (const char byte : set) {
-        encoded[static_cast<unsigned char>(byte)] = true;
+    std::string result;
+    result.reserve(3 * in.size() + 1);
+    size_t begin = 0;
+    for (size_t hit; (hit = in.find_first_of(set, begin)) != std::string::npos; begin = hit + 1) {
+        const auto value = static_cast<unsigned char>(in[hit]);
+        result.append(in, begin, hit - begin).append({'%', digits[value / 16], digits[value % 16]});
     }
-    std::string result(3 * in.size() + 1, '\0');
-    char* end = result.data();
-    for (const char byte : in) {
-        const auto value = static_cast<unsigned char>(byte);
-        if (encoded[value]) {
-            *end++ = '%';
-            *end++ = digits[value >> 4];
-            *end++ = digits[value & 0xf];
-        } else {
-            *end++ = byte;
-        }
-    }
-    result.resize(static_cast<size_t>(end - result.data()));
+    result.append(in, begin);
     out = std::move(result);
 }
 
@@ -287,34 +253,15 @@ void percentEncode(std::vector<std::string>& out, const std::vector<std::string>
 
 void percentDecode(std::string& out, std::string_view in)
 {
-    const auto hexValue = [](char byte) {
-        return isDigit(byte)                ? byte - '0'
-               : byte >= 'A' && byte <= 'F' ? byte - 'A' + 10
-               : byte >= 'a' && byte <= 'f' ? byte - 'a' + 10
-                                            : -1;
-    };
-    size_t hit = in.find('%');
-    if (hit == std::string_view::npos) {
-        out = in;
-        return;
-    }
     std::string result;
-    result.reserve(in.size());
     size_t begin = 0;
-    for (; hit != std::string_view::npos; hit = in.find('%', begin)) {
+    for (size_t hit; (hit = in.find('%', begin)) != std::string_view::npos; begin = hit + 3) {
+        const std::string digits(in.substr(hit + 1, 2));
         result.append(in, begin, hit - begin);
-        begin = hit + 3;
-        const int high = hit + 1 < in.size() ? hexValue(in[hit + 1]) : -1;
-        const int low = hit + 2 < in.size() ? hexValue(in[hit + 2]) : -1;
-        if (high >= 0 && low >= 0) {
-            result += static_cast<char>(16 * high + low);
-        } else {
-            // Blanks and signs count as strtol counts them.
-            result += static_cast<char>(std::strtol(std::string(in.substr(hit + 1, 2)).c_str(), nullptr, 16));
-        }
+        result += static_cast<char>(std::strtol(digits.c_str(), nullptr, 16));
     }
-    // A percent sign too near to the end leaves `begin` behind it, and append() raises the range error.
-    result.append(in, begin, std::string::npos);
+    // A percent sign too near to the end leaves `begin` behind it: this raises the range error.
+    result.append(in, begin);
     out = std::move(result);
 }
 
@@ -355,15 +302,13 @@ int isInt(const std::string& text)
 
 int isStringAlpha(const std::string& text)
 {
-    return std::all_of(text.begin(), text.end(), [](unsigned char byte) { return std::isalpha(byte) != 0; })
-               ? 1
-               : 0;
+    return std::ranges::all_of(text, [](unsigned char byte) { return std::isalpha(byte) != 0; }) ? 1 : 0;
 }
 
 int isStringPMR(const std::string& text)
 {
     constexpr std::string_view pattern = "xxxxx.yyy.zzz";
-    if (text.size() > 2 && text.compare(0, 2, "TS") == 0) {
+    if (text.size() > 2 && text.starts_with("TS")) {
         return text.size() == 11 ? 1 : 0;
     }
     if (text.size() != pattern.size()) {

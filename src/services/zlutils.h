@@ -29,7 +29,7 @@ void toLower(std::string& text);
 void toUpper(std::string& text);
 
 // Replaces each `from` that begins within the length that `text` had on entry. Gives the number of
-// replacements. An empty `from` is everywhere; with an empty `to` nothing happens then.
+// replacements. An empty `from` matches at every place, but is not replaced by an empty `to`.
 int replaceAllSubstrg(std::string& text, const std::string& from, const std::string& to);
 
 // Cuts `line` at its first byte out of `delimiters` and trims both halves. 2: no delimiter, nothing changed.
@@ -50,6 +50,10 @@ void cut(std::vector<std::string_view>* pieces, std::string_view text, char deli
 
 // Gives the pieces of `text` between whole delimiters, empty pieces included.
 std::vector<std::string> split(const std::string& text, const std::string& delimiter);
+
+// Gives the lines of a text, each with its newline. A command's output is joined first: _executeCMD() gives
+// long lines in pieces.
+std::vector<std::string> linesOf(const std::string& text);
 
 std::string containerToString(const std::vector<std::string>& list, const std::string& separator);
 
