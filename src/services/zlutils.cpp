@@ -151,7 +151,8 @@ std::vector<std::string> linesOf(const std::string& text)
 {
     std::vector<std::string> lines;
     for (size_t begin = 0; begin < text.size(); begin += lines.back().size()) {
-        lines.push_back(text.substr(begin, text.find('\n', begin) - begin + 1));
+        const size_t last = std::min(text.find('\n', begin), text.size() - 1);
+        lines.push_back(text.substr(begin, last - begin + 1));
     }
     return lines;
 }
