@@ -1,6 +1,10 @@
 // The call-home configuration in memory, and this node's place in it.
 #include "fixture.h"
 
+#include <random>
+
+#include "cli/cmdtable.h"
+#include "cli/dispatcher.h"
 #include "commands/zlcallhome_excute.h"
 
 namespace {
@@ -84,12 +88,80 @@ TEST_F(ZlCallhomeTest, CommandsThatRecreateASection)
     }
 }
 
-TEST_F(ZlCallhomeTest, TheChildrenAreReadAnew)
+// One place for each option: what "info change" and "proxy change" take is known to group auto, is listed
+// (a password apart), and stands in the usage text, as all options do.
+TEST_F(ZlCallhomeTest, NoOptionIsForgottenAnywhere)
+{
+    callhome->callhomeNodes.clear(); // outside every group the tool lists by itself
+    callhome->callhomeChilds.clear();
+    for (const auto& [subject, list] : {std::pair("info", &infoList), std::pair("proxy", &proxyList)}) {
+        Words replayed = {subject, "change"};
+        callhome->config.clear();
+        for (const std::string& name : settingsOf(subject)) {
+            callhome->config["global"][name] = "of-" + name;
+            replayed.insert(replayed.end(), {"--" + name, "of-" + name});
+        }
+        EXPECT_GE(replayed.size(), 10U);
+        std::set<Words> commands;
+        callhome->configSectionToCmds("global", &commands, false);
+        EXPECT_TRUE(commands.contains(replayed)) << subject;
+        const std::string table = printed([show = list] { show(nullptr, nullptr, false); });
+        for (const auto& [name, value] : callhome->config["global"]) {
+            EXPECT_EQ(table.find(value) == std::string::npos, name == "proxy-password") << name;
+        }
+    }
+    for (const ZlCmd& command : callhome->cmds) {
+        std::string subject = command.getSubject();
+        testing::internal::CaptureStderr();
+        processCmd(nullptr, subject.data(), cmdTable, false); // without a verb: the usage
+        const std::string usage = testing::internal::GetCapturedStderr();
+        for (const ZlOption& option : command.getOptions()) {
+            std::string name = option.getName();
+            toLower(name);
+            EXPECT_TRUE(name[0] == '#' || usage.find(name) != std::string::npos) << usage << name;
+        }
+    }
+}
+
+TEST_F(ZlCallhomeTest, WhatIsWrittenIsReadBack)
+{
+    std::mt19937 random(1);
+    const auto word = [&random] {
+        const std::string bytes = "aZ09<>/-_.,:;%'\"$\\#\t ";
+        std::string text = "x";
+        for (size_t length = random() % 9; text.size() < length;) {
+            text += bytes[random() % bytes.size()];
+        }
+        return text + "y";
+    };
+    for (int round = 0; round < 20; ++round) {
+        std::map<std::string, ZlCallhome::Section> expected = {{"global", {}}};
+        for (size_t groups = random() % 5; expected.size() <= groups;) {
+            const std::string name = word();
+            expected[name]["name"] = name;
+        }
+        for (auto& [name, section] : expected) {
+            for (size_t count = random() % 5; count > 0; --count) {
+                section.emplace(word(), word());
+            }
+        }
+        callhome->config = expected;
+        ASSERT_EQ(callhome->writeConfig(), 0);
+        callhome->parseConfig();
+        ASSERT_EQ(callhome->config, expected) << contentOf(TMP + "ccr._callhomeconfig");
+    }
+}
+
+TEST_F(ZlCallhomeTest, ThePlaceOfThisNodeIsReadAnewAndThenUsedAsItStands)
 {
     const Names children = {"", "node1.zelf.test", "node2.zelf.test", "node3.zelf.test"};
-    EXPECT_EQ(callhome->getCallhomeChilds(), children);
+    EXPECT_EQ(callhome->callhomeChilds, children); // from the start on
+    EXPECT_EQ(callhome->callhomeNodes, (Names{"node2.zelf.test", "node4.zelf.test"}));
+    EXPECT_EQ(callhome->groupName + callhome->getCallhomeNode(), "bnode4.zelf.test");
     setConfigFile("");
     EXPECT_TRUE(isOldMaster());
     EXPECT_TRUE(callhome->getCallhomeChilds().empty());
     EXPECT_FALSE(isOldMaster()); // outside every group no master is old
+    callhome->callhomeNodes = {"node1.zelf.test"};
+    EXPECT_TRUE(isOldMaster());
 }
