@@ -23,11 +23,10 @@
 namespace {
 
 // Ends the process with 1, and leaves the reason in the log too.
-[[noreturn]] void giveUp(ZlCallhome& callhome, const std::string& reason)
+[[noreturn]] void logAndGiveUp(ZlCallhome& callhome, const std::string& reason)
 {
     ZlCallhome::errorServiceP->pushNewMsg(reason);
-    callhome.userResponse = reason;
-    callhome.terminateProgram(1);
+    callhome.giveUp(reason);
 }
 
 } // namespace
@@ -36,7 +35,7 @@ int ZlCallhome::parseConfig()
 {
     ZL_TRACE();
     if (ccrService->readCcrFile() != 0) {
-        giveUp(*this, "Could not read the call home configuration from the CCR");
+        logAndGiveUp(*this, "Could not read the call home configuration from the CCR");
     }
     config.clear();
     groupCount = 0;
@@ -48,7 +47,7 @@ int ZlCallhome::parseConfig()
     Section group;
     const auto demand = [this](bool wellFormed) {
         if (!wellFormed) {
-            giveUp(*this, "Call home CCR configuration parser is broken");
+            logAndGiveUp(*this, "Call home CCR configuration parser is broken");
         }
     };
     for (const std::string& line : lines) {

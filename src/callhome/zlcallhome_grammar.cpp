@@ -203,9 +203,8 @@ int ZlCallhome::parseCmdLine(int argc, char** argv)
     stencil(subject, verb, emptyStrg, nullptr, 0);
     const auto command = std::ranges::find(cmds, stencil);
     if (command == cmds.end()) {
-        pushMessage("\"" + programName + " " + subject +
-                    " [options]\" does not support the specified options.");
-        terminateProgram(1);
+        giveUp(emptyStrg,
+               "\"" + programName + " " + subject + " [options]\" does not support the specified options.");
     }
     cmdP = &*command;
     shellCmd = cmdP->getCmd();

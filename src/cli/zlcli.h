@@ -99,10 +99,9 @@ public:
     // Ends the process: shows the messages ("Success" or "Failed" when there is none), writes the trace.
     [[noreturn]] void terminateProgram(int status);
 
-    // Say why and fail. The first gives 1, for a handler's result; the second ends the process with status 1.
-    // Without a response it is "Failed"; the message goes to the block "Additional messages:".
-    int fail(const std::string& response);
-    [[noreturn]] void terminateWith(const std::string& response, const std::string& message = emptyStrg);
+    // Ends the process with status 1. Without a response it says "Failed"; the message goes to the block
+    // "Additional messages:".
+    [[noreturn]] void giveUp(const std::string& response, const std::string& message = emptyStrg);
 
     // Reduces the commands to the one at `keep`; ends the process when that is none of them.
     void cleanupCmds(std::vector<ZlCmd>::iterator keep);

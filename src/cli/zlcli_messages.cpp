@@ -90,14 +90,7 @@ void ZlCli::terminateProgram(int status)
     std::exit(status);
 }
 
-int ZlCli::fail(const std::string& response)
-{
-    ZL_TRACE();
-    userResponse = response;
-    return 1;
-}
-
-void ZlCli::terminateWith(const std::string& response, const std::string& message)
+void ZlCli::giveUp(const std::string& response, const std::string& message)
 {
     ZL_TRACE();
     userResponse = response;
@@ -116,5 +109,5 @@ void ZlCli::cleanupCmds(std::vector<ZlCmd>::iterator keep)
     }
     errorServiceP->pushNewMsg("ZlCli::cleanupCmds: remaining objects != 1: remaing = " +
                               toString(cmds.size()) + " it is valid = 0");
-    terminateWith("Command detection error.");
+    giveUp("Command detection error.");
 }

@@ -45,8 +45,8 @@ int ZlCli::parseCmdLine(int argc, char** argv)
     while (optind < argc) {
         std::string arg = argv[optind];
         if (arg.find_first_of(illegalChars) != std::string::npos) {
-            terminateWith("Parameter " + arg + " contains illegal character.",
-                          "Illegal characters: " + illegalChars);
+            giveUp("Parameter " + arg + " contains illegal character.",
+                   "Illegal characters: " + illegalChars);
         }
         // A help word counts at any place, even as the value of an option.
         if (isHelpWord(arg)) {

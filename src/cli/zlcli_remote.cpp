@@ -68,12 +68,12 @@ const std::string ZlCli::constructCmd(const std::string& encoded, const std::str
     if (target.empty()) {
         errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because " + node +
                                   " is not a valid node name");
-        terminateWith(emptyStrg, node + " is not a valid node. Terminate!");
+        giveUp(emptyStrg, node + " is not a valid node. Terminate!");
     }
     const std::string& local = getLocalNodeName();
     if (local.empty()) {
         errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because local node name is not resolved.");
-        terminateWith(emptyStrg, "Cannot detect local node name. Terminate!");
+        giveUp(emptyStrg, "Cannot detect local node name. Terminate!");
     }
     const std::string cmd = areNodesEqual(local, target) != 0
                                 ? helperCmd + " " + encoded
@@ -154,9 +154,10 @@ int ZlCli::executeCMDonAll(const std::string& remoteCmd, const std::string& opti
     errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: filter to : " + toString(level));
     errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: counts: " + toString(nodes.size()));
     if (nodes.empty() && !ZlClusterInfo::getBadNodesDefinition()->empty()) {
-        return fail("There is at least one node with node level below " +
-                    ZlClusterInfo::releaseLevelToName(level) +
-                    ".\nReview zelfchconfig release=LATEST for how to update release levels.");
+        userResponse = "There is at least one node with node level below " +
+                       ZlClusterInfo::releaseLevelToName(level) +
+                       ".\nReview zelfchconfig release=LATEST for how to update release levels.";
+        return 1;
     }
     errorServiceP->pushNewMsg("ZlCli::executeCMDonAll: remote nodes: " + toString(nodes, ","));
 
@@ -167,7 +168,7 @@ int ZlCli::executeCMDonAll(const std::string& remoteCmd, const std::string& opti
         errorServiceP->pushNewMsg("Please check access and disk space for /var/zelf/tmp");
         nodeFile.remove();
         rejectFile.remove();
-        terminateWith("Cannot create temp file");
+        giveUp("Cannot create temp file");
     }
     ZlFileIO file(nodeFile.getName());
     file.setData(&nodes);
@@ -229,7 +230,7 @@ void ZlCli::checkResolvedNodes(const std::string& text)
         userResponse = "At least one non valid node was specified.\n";
     }
     showAdditionalMessages = true;
-    terminateWith(userResponse + "\n" + usageText, text);
+    giveUp(userResponse + "\n" + usageText, text);
 }
 
 int ZlCli::processBadNodes(const std::set<std::string>* nodes)
@@ -252,7 +253,7 @@ int ZlCli::areNodesEqual(const std::string& a, const std::string& b)
     if (nodeA.empty() || nodeB.empty()) {
         const std::string text = "ZlCli::areNodesEqual a null pointer was provided.";
         errorServiceP->pushNewMsg(text);
-        terminateWith(userResponse, text);
+        giveUp(userResponse, text);
     }
     return nodeA == nodeB ? 1 : 0;
 }

@@ -11,15 +11,15 @@ namespace {
 void declarePositional(ZlCli& cli, std::string& name, ZlCmd::valueType& type, std::string& token, int place)
 {
     if (!name.empty() && !token.empty()) {
-        cli.terminateWith("Program error at  ZlCmd::operator()",
-                          "possitional parameter >" + name + "< cannot have token >" + token + "<");
+        cli.giveUp("Program error at  ZlCmd::operator()",
+                   "possitional parameter >" + name + "< cannot have token >" + token + "<");
     }
     if (token.empty()) {
         token = name;
         type = type == ZlCmd::NO ? ZlCmd::ANY : type;
     } else if (type == ZlCmd::NO) {
-        cli.terminateWith("Program error at  ZlCmd::operator() check type of token",
-                          "A token must not have type ZlCMD::NO");
+        cli.giveUp("Program error at  ZlCmd::operator() check type of token",
+                   "A token must not have type ZlCMD::NO");
     }
     name = "#" + toString(place) + "#";
 }
@@ -87,8 +87,8 @@ void ZlCmd::operator()(std::string name, valueType type, bool required, std::str
 {
     ZL_TRACE();
     if (!doValidation) {
-        cliP->terminateWith("Program error at  ZlCmd::operator()",
-                            "Adding options is not allowed if validation is disabled.");
+        cliP->giveUp("Program error at  ZlCmd::operator()",
+                     "Adding options is not allowed if validation is disabled.");
     }
     if (function == nullptr) {
         function = cmdFunc;
@@ -104,8 +104,7 @@ void ZlCmd::operator()(std::string name, valueType type, bool required, std::str
     for (const std::string& alternative : alternatives) {
         if (!options.emplace(cliP, alternative, type, required, token, function, level).second) {
             // Named after addMapping since the first release; support scripts match it.
-            cliP->terminateWith("Program error at  ZlCmd::addMapping",
-                                "Verb " + alternative + " already replaced!");
+            cliP->giveUp("Program error at  ZlCmd::addMapping", "Verb " + alternative + " already replaced!");
         }
         errorServiceP->pushDebugMsg("ZlCmd::operator(): set option: " + alternative + " {" + token + "}" +
                                     (required ? " is mandatory" : " not mandatory") + " type " +
@@ -117,7 +116,7 @@ void ZlCmd::addMapping(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!optionMappings.emplace(from, to).second) {
-        cliP->terminateWith("Program error at  ZlCmd::addMapping", from + " already replaced");
+        cliP->giveUp("Program error at  ZlCmd::addMapping", from + " already replaced");
     }
 }
 
@@ -125,7 +124,7 @@ void ZlCmd::addVerbMapping(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!verbMappings.emplace(from, to).second) {
-        cliP->terminateWith("Program error at  ZlCmd::addVerbMapping", from + " already replaced");
+        cliP->giveUp("Program error at  ZlCmd::addVerbMapping", from + " already replaced");
     }
 }
 
@@ -133,7 +132,7 @@ void ZlCmd::addVerbToCmdMapping(const std::string& from, const std::string& to)
 {
     ZL_TRACE();
     if (!verbToCmdMappings.emplace(from, to).second) {
-        cliP->terminateWith("Program error at  ZlCmd::addVerbToCmdMapping", from + " already mapped");
+        cliP->giveUp("Program error at  ZlCmd::addVerbToCmdMapping", from + " already mapped");
     }
 }
 

@@ -111,7 +111,7 @@ std::string ZlCmd::verifyAllArgs(std::vector<std::string>& args) const
             checkType = VALUE_NONE;
             break;
         default:
-            cliP->terminateWith("Program error at ZlCmd::verifyAllArgs");
+            cliP->giveUp("Program error at ZlCmd::verifyAllArgs");
         }
     }
     if (checkType == VALUE_REQUIRED) {

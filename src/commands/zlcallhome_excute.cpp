@@ -22,8 +22,7 @@ int fail(const std::string& reason)
 void giveUp(const std::string& reason)
 {
     ZL_TRACE();
-    chServiceP->userResponse = reason;
-    chServiceP->terminateProgram(1);
+    chServiceP->giveUp(reason);
 }
 
 const std::string& requiredArgument(size_t place)

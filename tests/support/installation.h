@@ -40,7 +40,8 @@ protected:
 };
 
 // Runs the tool with the words of `line`, as a shell would cut them at blanks; '...' and "..." hold words
-// together. The tool believes that it was called as `program`.
+// together. The tool believes that it was called as `program`. The words of $ZELFHOME_WRAPPER, such as
+// "strace -fo FILE" or "valgrind --log-file=FILE", go ahead of it. Nothing may be left behind.
 Result runTool(const std::string& line, const std::string& program = "/opt/zelf/bin/zelfhome");
 
 // A good run that says this on standard output.
