@@ -1,4 +1,4 @@
-// All class-level data of the shared classes, from top to bottom in the order in which it comes up ahead of
+// All class-level data of the shared classes, from top to bottom in the order in which it comes up before
 // main(). One file defines them all, because each step leans on the ones above it: the trace must stand
 // before anything traces, and the cluster definition is read at the very end.
 

@@ -2,7 +2,7 @@
 // is the cluster manager and which the active collector; and how a node definition of the user resolves.
 //
 // All data is class-level and there is one instance. The cluster definition file is read when it is made,
-// ahead of main(), see boot.cpp; a file that cannot be read ends the process there.
+// before main(), see boot.cpp; a file that cannot be read ends the process there.
 //
 // Every question about a name passes through toNodeIterator(): the first node of that name, in number order,
 // is the answer.

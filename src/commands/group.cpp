@@ -1,7 +1,7 @@
 // zelfhome group: add, delete and list the call home groups.
 //
-// The monitoring service writes the groups. This tool checks the nodes ahead of it and brings the node
-// classes up to date behind it.
+// The monitoring service writes the groups. Before that, this tool checks the nodes; after it, it brings the
+// node classes up to date.
 #include "commands/zlcallhome_excute.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// zelfhome run: the check that goes ahead of every run, and the gather and send run.
+// zelfhome run: the check before every run, and the gather and send run.
 #include "commands/zlcallhome_excute.h"
 
 #include "cli/cmdtable.h"
