@@ -44,14 +44,6 @@ TEST_F(Installation, AGatherRunNeedsAGroupAndTheCapabilityAndGoesToTheHelperProg
     EXPECT_EQ(calls().back(), "callhomeutils.pl run gatherSend -F weekly");
 }
 
-TEST_F(Installation, AHelperProgramThatVanishesIsMissedByTheNextRun)
-{
-    configure(member());
-    answer("callhomeutils.pl", "rm /opt/zelf/bin/callhomeutils.pl; kill -9 $$");
-    EXPECT_EQ(runTool("status delete --all").status, 137) << "as its shell says";
-    EXPECT_EQ(runTool("status list").err.substr(0, 18), "Missing component ");
-}
-
 TEST_F(Installation, StatusIsForMembers)
 {
     const Result refused =

@@ -35,8 +35,8 @@ std::string service(const std::string& chunkSize, const std::string& refuse = "f
 std::string bytes(size_t count)
 {
     std::string text;
-    for (size_t i = 0; text.size() < count; ++i) {
-        text += std::to_string(i);
+    while (text.size() < count) {
+        text += std::to_string(text.size());
     }
     return text.substr(0, count);
 }
@@ -146,8 +146,7 @@ TEST_F(SendFile, TheQueryTellsSizeSpaceFileAndCase)
     // The child inherits what the parent has traced, and logs it a second time.
     const Strings query =
         logged("ZlCli::executeCMD: cmd = /opt/zelf/bin/zelfmonc callhome computeChunkSize 25 ");
-    ASSERT_EQ(query.size(), 2U);
-    EXPECT_EQ(query[0], query[1]);
+    ASSERT_EQ(query, Strings(2, query.at(0)));
     EXPECT_EQ(query[0].substr(query[0].find(' ')), " SendPMRData " + FILE_TO_SEND + " 12345.ABC.000 -Y");
     EXPECT_GT(std::stoull(query[0]), 0U);
 }

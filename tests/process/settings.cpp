@@ -34,7 +34,7 @@ TEST_F(Installation, TheOldMasterGateDividesTheRoads)
         const Strings toHelper = helper.empty() ? Strings{} : Strings{"callhomeutils.pl " + helper};
         const Strings toService =
             service.empty() ? Strings{} : Strings{"zelfmonc callhome changeConfig " + service};
-        for (const std::string version : {"", "4.2.3.6", "4.2.3.7", "4.2.3.8"}) {
+        for (const std::string version : {"", "4.2.3.6", "4.2.3.7"}) {
             configure(topology(version.empty() ? "" : group("g", "node2", "node1,node2", version), global));
             EXPECT_EQ(runTool(line).status, 0) << version;
             EXPECT_EQ(calls(), startThen(version == "4.2.3.6" ? toHelper : toService)) << version;
@@ -42,22 +42,20 @@ TEST_F(Installation, TheOldMasterGateDividesTheRoads)
     });
 }
 
-const std::tuple<const char*, std::string, bool> GATES[] = {
-    {"outside the group", group("g", "node2", "node2,node3", "4.2.3.6"), false},
-    {"no version", group("g", "node2", "node1,node2", ""), true},
-    {"version unknown", group("g", "node2", "node1,node2", "unknown"), true},
-    {"the server itself", group("g", "node1", "node1,node2", "4.2.3.6"), true},
-    {"server that is no child: no version", group("g", "node1", "node2", "4.2.3.8"), true},
-};
-
 TEST_F(Installation, TheOldMasterGateIsForMembersOfOldGroups)
 {
-    inEach(GATES, [](const char*, const std::string& groups, bool goesToHelper) {
-        configure(topology(groups));
+    const std::pair<std::string, bool> groups[] = {
+        {group("outside", "node2", "node2,node3", "4.2.3.6"), false},
+        {group("no-version", "node2", "node1,node2", ""), true},
+        {group("server", "node1", "node1,node2", "unknown"), true},
+        {group("server-that-is-no-child", "node1", "node2", "4.2.3.8"), true}, // so without a version
+    };
+    for (const auto& [text, goesToHelper] : groups) {
+        configure(topology(text));
         runTool("info change --email a@b");
-        EXPECT_EQ(calls(), startThen({goesToHelper ? "callhomeutils.pl info change --email a@b"
-                                                   : "zelfmonc callhome changeConfig email a@b"}));
-    });
+        EXPECT_EQ(calls().back(), goesToHelper ? "callhomeutils.pl info change --email a@b"
+                                               : "zelfmonc callhome changeConfig email a@b");
+    }
 }
 
 // The options, the shell text behind "changeConfig", and what the client gets of it.
@@ -100,9 +98,8 @@ TEST_F(Installation, InfoChangePassesTheAnswerOfTheMonitoringServiceOn)
 TEST_F(Installation, HelperProgramGetsQuotedArgumentsInTheOrderTyped)
 {
     const std::pair<std::string, std::string> cases[] = {
-        {"", " info change"},
-        {"--email a@b --customer-name 'A $B' -Y", " info change '--email' 'a@b' '--customer-name' 'A $B'"},
-        {"--customer-name ''", " info change '--customer-name' ''"},
+        {"--email a@b --customer-name 'A $B' -Y --customer-id ''",
+         " info change '--email' 'a@b' '--customer-name' 'A $B' '--customer-id' ''"},
         // Started with -I, it gets the text behind the verb, which a command line never has.
         {"--email a@b -I", "  "},
     };
