@@ -51,6 +51,11 @@ TEST_F(ZlCliRemoteTest, TheEncodedLine)
     cli.cmdOptions = {"a b", ""};
     cli.setParserResultBit(PARSER_DISPLAY_TABLE); // a table goes as -Y
     EXPECT_EQ(cli.getEncodedCmdLine(), "'\"status list a%20b  %2DY\"'");
+    Words quoted = {"old"};
+    cli.quoteOptions(&quoted);
+    EXPECT_EQ(containerToString(quoted, " ") + cli.getCmdOptions(), "'a b' ''a b ");
+    cli.quoteOptions(nullptr);
+    EXPECT_EQ(cli.getShellCmdOptions(), " 'a b' '' -Y");
 }
 
 TEST_F(ZlCliRemoteTest, TheCommandForOneNode)

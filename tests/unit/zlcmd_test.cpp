@@ -1,6 +1,8 @@
 // Commands and options: declaration, comparison, and the check of values and whole lines.
 #include "fixture.h"
 
+#include <random>
+
 namespace {
 
 struct Option {
@@ -9,6 +11,11 @@ struct Option {
     std::string token = "";
     bool required = false;
 };
+
+int work()
+{
+    return 0;
+}
 
 class ZlCmdTest : public ZelfTest {
 protected:
@@ -22,15 +29,67 @@ protected:
     }
 
     // Validates a line of arguments, as the arguments of the command line object.
-    std::string validated(const ZlCmd& cmd, const std::string& line)
+    std::string validated(const ZlCmd& cmd, const Words& line)
     {
-        cli.cmdOptions = split(line, " ");
+        cli.cmdOptions = line;
         EXPECT_TRUE(cmd.validate(cli.shellCmd, cli.verb, cli.cmdOptions));
         return cli.getCmdOptions();
     }
 
     TestCli& cli = makeCli({"sub", "do"});
 };
+
+// What is said against a line, nothing of a good one. Options without a name are the positionals.
+std::string faultOf(const std::vector<Option>& options, const Words& line)
+{
+    const auto typeText = [](ZlCmd::valueType type) -> std::string {
+        return type == ZlCmd::INT ? "INTEGER" : type == ZlCmd::ANY ? "ANY argument" : "member of {A | B}";
+    };
+    std::map<std::string, Option> named;
+    Words missing;
+    size_t count = 0;
+    for (const Option& option : options) {
+        const std::string name = option.name.empty() ? toString(count++) : option.name;
+        named.emplace(name, option);
+        missing.insert(missing.end(), option.required ? 1 : 0, name);
+    }
+    const Option* waiting = nullptr;
+    size_t place = 0;
+    bool isOpen = false;
+    for (const std::string& word : line) {
+        const Option* option = std::exchange(waiting, nullptr);
+        if (option == nullptr) {
+            const bool isName = named.contains(word) && word[0] == '-';
+            const auto found = named.find(isName ? word : toString(place++));
+            if (found == named.end()) {
+                if (!isOpen) {
+                    return "Invalid argument: '" + word + "'\n";
+                }
+                continue;
+            }
+            std::erase(missing, found->first);
+            option = &found->second;
+            isOpen = isOpen || option->type == ZlCmd::ANY_INFINITE;
+            if (isName) {
+                waiting = option->type == ZlCmd::NO ? nullptr : option;
+                continue;
+            }
+        }
+        const bool isToken = word == "a" || word == "B";
+        if ((option->type == ZlCmd::INT && word != "5") || (option->type == ZlCmd::TOKEN && !isToken) ||
+            (option->type == ZlCmd::TOKEN_OPTION && !isToken && word[0] != '-')) {
+            return "zelfhome sub: " +
+                   std::string(option->type == ZlCmd::TOKEN ? "Incorrect option: '" : "Invalid value: '") +
+                   word + "'\n\nAdditional messages:\nRequired argument type: " + typeText(option->type) +
+                   "\n";
+        }
+    }
+    if (waiting != nullptr && waiting->type != ZlCmd::TOKEN_OPTION) {
+        return "Missing value. Option " + waiting->name +
+               " needs a value of type: " + typeText(waiting->type) + "\n";
+    }
+    return missing.empty() ? "" : "Missing arguments.\n";
+}
 
 } // namespace
 
@@ -66,7 +125,6 @@ TEST_F(ZlCmdTest, DeclarationOfOptionsAndPositionals)
                          {"-x", ZlCmd::NO}, // no two dashes: a positional
                          {"--b | --a", ZlCmd::INT, "", true},
                          {"--flag", ZlCmd::NO}});
-    int (*const work)() = [] { return 0; };
     cmd("GroupName", ZlCmd::INT, false, "", work, 1700);
     EXPECT_EQ(cmd.allNames(),
               "sub - do: #0# member of {A | B} #1# ANY argument #2# INTEGER --a INTEGER --b INTEGER --flag");
@@ -77,25 +135,67 @@ TEST_F(ZlCmdTest, DeclarationOfOptionsAndPositionals)
     }
 }
 
-// The walk over the arguments, where it goes beyond what the tool's own grammar needs.
-TEST_F(ZlCmdTest, OptionsWithAnOptionalValue)
+// Random commands and lines against the plain walk above.
+TEST_F(ZlCmdTest, ALineIsTakenOrRefusedForItsFirstFault)
 {
-    std::vector<Option> options = {{"", ZlCmd::ANY, "", true},
-                                   {"--n", ZlCmd::INT},
-                                   {"--opt", ZlCmd::TOKEN_OPTION, "A | B"},
-                                   {"--text", ZlCmd::ANY}};
-    const ZlCmd cmd = command(options);
-    // An optional value does not begin with dashes: such a word is passed over, and what stands behind it is
-    // a positional.
-    for (const std::string line : {"--text --n g --n -5", "g --opt b", "g --opt", "--opt --n no"}) {
-        EXPECT_EQ(validated(cmd, line), line);
+    constexpr ZlCmd::valueType TYPES[] = {ZlCmd::NO,  ZlCmd::TOKEN_OPTION, ZlCmd::TOKEN,
+                                          ZlCmd::INT, ZlCmd::ANY,          ZlCmd::ANY_INFINITE};
+    const Words words = {"5", "a", "B", "x", "--o0", "--o1", "--o2", "--o3", "--no"};
+    std::mt19937 random(1);
+    size_t taken = 0;
+    for (int i = 0; i < 300; ++i) {
+        std::vector<Option> options;
+        for (int k = 0; k < 4; ++k) {
+            const bool isPositional = random() % 3 == 0;
+            const ZlCmd::valueType type = isPositional ? TYPES[2 + random() % 4] : TYPES[random() % 5];
+            const bool isToken = type == ZlCmd::TOKEN || type == ZlCmd::TOKEN_OPTION;
+            options.push_back(
+                {isPositional ? "" : "--o" + toString(k), type, isToken ? "A | B" : "", random() % 6 == 0});
+        }
+        Words line(random() % 6);
+        for (std::string& word : line) {
+            word = words[random() % words.size()];
+        }
+        const ZlCmd cmd = command(options);
+        SCOPED_TRACE(cmd.allNames() + " <- " + containerToString(line, " "));
+        const std::string fault = faultOf(options, line);
+        if (fault.empty()) {
+            ++taken;
+            EXPECT_EQ(validated(cmd, line), containerToString(line, " "));
+        } else {
+            expectEnd([&] { validated(cmd, line); }, 1, "", fault);
+        }
     }
-    options.push_back({"--must", ZlCmd::NO_OR_ANY, "", true});
-    EXPECT_EQ(validated(command(options), "g --must"), "g --must");
-    expectEnd([&] { validated(cmd, "g --opt x"); }, 1, "",
-              "zelfhome sub: Invalid value: 'x'\n\nAdditional messages:\n"
-              "Required argument type: member of {A | B}\n");
-    expectEnd([&] { validated(command(options), "g --opt --must"); }, 1, "", "Missing arguments.\n");
+    EXPECT_GT(taken, 30U);
+}
+
+// Commands with functions, a usage of their own, or no validation, which this tool has none of.
+TEST_F(ZlCmdTest, WhatValidationLeavesForOtherCommands)
+{
+    ZlCmd cmd(&cli, "sub", "do", "echo helper", nullptr, nullptr, 0);
+    expectEnd([&] { validated(cmd, {"x"}); }, 1, "helper\n",
+              "'zelfhome sub do' does not allow any arguments.\n\nAdditional messages:\n"
+              "Invalid argument: 'x'\n");
+    cmd(
+        "sub", "do", work, [] { return std::string("Usage"); }, 0);
+    expectEnd([&] { validated(cmd, {"x"}); }, 1, "",
+              "'zelfhome sub do' does not allow any arguments.\nUsage\n\nAdditional messages:\n"
+              "Invalid argument: 'x'\n");
+    cmd("id", ZlCmd::INT, true, "", nullptr, 0);
+    cmd("--flag", ZlCmd::NO, false, "", nullptr, 0);
+    cmd.setFunctionMode(ZlFunction::MODE_SINGLE_ON_NODE, "lock");
+    EXPECT_EQ(validated(cmd, {"7", "--flag"}), "7 --flag");
+    cmd("sub", "do", work, nullptr, 0);
+    EXPECT_EQ(validated(cmd, {}), ""); // a function is there already
+    cmd.disableValidation();
+    EXPECT_EQ(validated(cmd, {"08", "?"}), "08 ?");
+    ASSERT_EQ(cli.functions.size(), 2U);
+    for (const ZlFunction& function : cli.functions) {
+        EXPECT_EQ(function.getName(), "lock");
+    }
+    expectEnd([&] { cmd("--x", ZlCmd::NO, false, "", nullptr, 0); }, 1, "",
+              "Program error at  ZlCmd::operator()\n\nAdditional messages:\n"
+              "Adding options is not allowed if validation is disabled.\n");
 }
 
 TEST_F(ZlCmdTest, WhatPassesIsMappedInTheOrderOfTheKeys)
@@ -110,7 +210,7 @@ TEST_F(ZlCmdTest, WhatPassesIsMappedInTheOrderOfTheKeys)
     cmd.addVerbToCmdMapping("do", "other");
     cmd.setChildAsDeamon(true);
     cmd.displayAsList();
-    EXPECT_EQ(validated(cmd, "a ab c"), "a ab a");
+    EXPECT_EQ(validated(cmd, {"a", "ab", "c"}), "a ab a");
     EXPECT_EQ(cli.verb + cli.getShellCmd(), "builtscript");
     EXPECT_EQ(ZlErrorService::controlFlags, 2U);
     EXPECT_EQ(cli.getParserBits(), 1024U + 2048U);
