@@ -10,21 +10,22 @@
 
 namespace {
 
-// As this machine sees it, and as the nodes do. The lock, the notes of the tasks, and what they wait for.
+// The lock, as this machine sees it.
 const std::string KEY = "$ZELFLAB_DIR/ccr/keys/task";
-const std::string NOTES = "/opt/zelf/lab/notes";
-const std::string GO = "/opt/zelf/lab/go";
+// No command may have a ";".
+const std::string UNTIL_GO = "until [ -e /opt/zelf/lab/go ]\ndo sleep 0.05\ndone\n";
 
 // Gives a command of this machine's shell that runs the task tool on a node.
-std::string task(const std::string& node, const std::string& arguments)
+std::string task(const std::string& node, const std::string& arguments, const std::string& command)
 {
-    return ZELFHOME_SOURCE_DIR "/lab/zelflab exec " + node + " " TASKTOOL " " + arguments;
+    return ZELFHOME_SOURCE_DIR "/lab/zelflab exec " + node + " " TASKTOOL " " + arguments + " " +
+           quoted(command);
 }
 
 // Starts a task and waits for the parent alone: the worker keeps the streams that it was started with.
-Outcome start(const std::string& node, const std::string& arguments)
+Outcome start(const std::string& node, const std::string& arguments, const std::string& command = "true")
 {
-    return runShell(task(node, arguments) +
+    return runShell(task(node, arguments, command) +
                     " >$ZELFLAB_DIR/out 2>&1; status=$?; cat $ZELFLAB_DIR/out; exit $status");
 }
 
@@ -73,11 +74,11 @@ TEST_F(Task, OfTwoNodesThatStartAtOnceExactlyOneWins)
         "process state: success\\. But specified ID is equel lock ID\\.)\nccr entry|Child did not get lock");
     const char* const rounds = std::getenv("TASK_ROUNDS");
     for (int round = 1; round <= (rounds == nullptr ? 30 : std::stoi(rounds)); ++round) {
-        const std::string arguments =
-            "cluster task " + std::to_string(round) + " note=" + NOTES + " sleep=0.05 2>&1";
+        const std::string arguments = "cluster task " + std::to_string(round);
         std::string both;
         for (const char* node : {"node1", "node2"}) {
-            both += "(sleep 0.0" + std::to_string(random() % 40 + 10) + "; " + task(node, arguments) + ") & ";
+            both += "(sleep 0.0" + std::to_string(random() % 40 + 10) + "; " +
+                    task(node, arguments, "echo >>/opt/zelf/lab/notes && sleep 0.05") + " 2>&1) & ";
         }
         const std::string out = runShell(both + "wait").out;
         EXPECT_TRUE(std::regex_search(out, loser)) << out;
@@ -88,7 +89,7 @@ TEST_F(Task, OfTwoNodesThatStartAtOnceExactlyOneWins)
 
 TEST_F(Task, ALiveHolderIsRespectedADeadOneIsNotAndAnIdRunsOnce)
 {
-    const std::string worker = workerOf(start("node1", "cluster task 7 sleep=60"));
+    const std::string worker = workerOf(start("node1", "cluster task 7", UNTIL_GO));
     const std::string held = "node1.zelf.test," + worker + ",locked_by_child,7";
     for (const std::string node : {"node2", "node1"}) {
         const Outcome refused = start(node, "cluster task 8");
@@ -97,8 +98,9 @@ TEST_F(Task, ALiveHolderIsRespectedADeadOneIsNotAndAnIdRunsOnce)
     }
     expectEntry("2:" + held);
     kill(std::stoi(worker), SIGKILL);
+    runShell("touch $ZELFLAB_DIR/go");
     const std::string failed =
-        "node2.zelf.test," + workerOf(start("node2", "cluster task 8 fail=3")) + ",failed,8";
+        "node2.zelf.test," + workerOf(start("node2", "cluster task 8", "exit 3")) + ",failed,8";
     expectEntry("5:" + failed);
     EXPECT_NE(lab("calls").out.find("node2 zelfrun on1 node1.zelf.test pid " + worker + "\n"),
               std::string::npos);
@@ -121,14 +123,12 @@ TEST_F(Task, TheVersionsBeginAnewAheadOfTheirEnd)
 
 TEST_F(Task, TheWorkerOutlivesTheTerminal)
 {
-    const Outcome terminal = onNode("node1", "script -qec '" TASKTOOL " cluster task 1 wait=" + GO +
-                                                 " out=late err=bad fail=3' /dev/null");
-    const std::string worker = workerOf(terminal);
+    const std::string line = TASKTOOL " cluster task 1 " + quoted(UNTIL_GO + "echo late\nexit 3");
+    const std::string worker = workerOf(onNode("node1", "script -qec " + quoted(line) + " /dev/null"));
     expectEntry("2:node1.zelf.test," + worker + ",locked_by_child,1");
     runShell("touch $ZELFLAB_DIR/go");
     expectEntry("3:node1.zelf.test," + worker + ",failed,1");
-    EXPECT_EQ(onNode("node1", "cd /var/zelf/tmp; sed 1d task.stdout | head -n 2; cat task.stderr").out,
-              "late\nworker done with rc 3\nbad\n");
+    EXPECT_EQ(onNode("node1", "sed '1d; 3q' /var/zelf/tmp/task.stdout").out, "late\nworker done with rc 3\n");
 }
 
 TEST_F(Task, TheLockInAFileIsTheNodesOwn)
@@ -136,7 +136,7 @@ TEST_F(Task, TheLockInAFileIsTheNodesOwn)
     const std::string file = "$ZELFLAB_DIR/nodes/node1/var/ces/task";
     // That there is no file yet counts as a failed write.
     EXPECT_EQ(start("node1", "node task 1").out, refusal("", ""));
-    const std::string worker = workerOf(start("node1", "node task 1 fail=3"));
+    const std::string worker = workerOf(start("node1", "node task 1", "exit 3"));
     EXPECT_EQ(runShell(until("grep -sq failed " + file) + "cat " + file).out,
               "vget:1:node1.zelf.test," + worker + ",failed,1\n");
     EXPECT_EQ(runShell("ls " + KEY).out, "");
