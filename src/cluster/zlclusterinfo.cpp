@@ -95,7 +95,7 @@ int ZlClusterInfo::getNodesMap(const NameSet& lines)
     std::vector<std::string_view> fields;
     for (const std::string& line : lines) {
         if (line.find("20_MEMBER_NODE") != std::string::npos) {
-            cut(&fields, line, ':');
+            splitViews(&fields, line, ':');
             place = std::next(nodesP->insert(place, ZlClusterNode(fields)));
         }
     }

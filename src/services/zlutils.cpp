@@ -120,7 +120,7 @@ int stringListToContainer(const std::string& text, const std::string& delimiter,
     return 0;
 }
 
-void cut(std::vector<std::string_view>* pieces, std::string_view text, char delimiter)
+void splitViews(std::vector<std::string_view>* pieces, std::string_view text, char delimiter)
 {
     pieces->clear();
     for (;;) {

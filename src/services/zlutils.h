@@ -46,7 +46,7 @@ int stringListToContainer(const std::string& text, const std::string& delimiter,
                           std::vector<std::string>* list);
 
 // Replaces the container by views of the pieces of `text` between delimiters, empty pieces included.
-void cut(std::vector<std::string_view>* pieces, std::string_view text, char delimiter);
+void splitViews(std::vector<std::string_view>* pieces, std::string_view text, char delimiter);
 
 // Gives the pieces of `text` between whole delimiters, empty pieces included.
 std::vector<std::string> split(const std::string& text, const std::string& delimiter);

@@ -38,6 +38,19 @@ TEST(ZlUtils, CutsAtAnyByteOrAtTheWholeDelimiter)
         EXPECT_EQ(list.size(), anyByte.size() + whole.size());
     }
     EXPECT_EQ(containerToString({}, ",") + containerToString({"", "b", ""}, ","), ",b,");
+    EXPECT_EQ(linesOf("a\n\nb:c"), (Words{"a\n", "\n", "b:c"}));
+}
+
+TEST(ZlUtils, KeysAndValues)
+{
+    const std::tuple<const char*, int, const char*, const char*> cases[] = {
+        {"k = v", 0, "k ", "v"}, {" key:=v= ", 0, "key", "=v="}, {"kk=", 0, "kk", ""}, {"kv", 2, "-", "-"}};
+    for (const auto& [line, result, key, value] : cases) {
+        std::string gotKey = "-";
+        std::string gotValue = "-";
+        EXPECT_EQ(stringToKeyValue(gotKey, gotValue, line, "=:"), result);
+        EXPECT_EQ(gotKey + "|" + gotValue, std::string(key) + "|" + value);
+    }
 }
 
 TEST(ZlUtils, ReplacesWithinTheLengthOnEntryOnly)
@@ -45,8 +58,7 @@ TEST(ZlUtils, ReplacesWithinTheLengthOnEntryOnly)
     std::string text = "aXbX"; // the second hit moves behind the old end
     EXPECT_EQ(replaceAllSubstrg(text, "X", "YYYY"), 1);
     EXPECT_EQ(text, "aYYYYbX");
-    text = "XXXXab";
-    EXPECT_EQ(replaceAllSubstrg(text, "XX", ""), 2);
+    EXPECT_EQ(replaceAllSubstrg(text = "XXXXab", "XX", "") + replaceAllSubstrg(text, "", ""), 2);
     EXPECT_EQ(text, "ab");
 }
 
