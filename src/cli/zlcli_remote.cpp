@@ -66,14 +66,16 @@ const std::string ZlCli::constructCmd(const std::string& encoded, const std::str
     ZL_TRACE();
     const std::string& target = node.empty() ? getLocalNodeName() : ZlClusterInfo::toAdminLongName(node);
     if (target.empty()) {
+        pushMessage(node + " is not a valid node. Terminate!");
         errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because " + node +
                                   " is not a valid node name");
-        giveUp(emptyStrg, node + " is not a valid node. Terminate!");
+        terminateProgram(1);
     }
     const std::string& local = getLocalNodeName();
     if (local.empty()) {
+        pushMessage("Cannot detect local node name. Terminate!");
         errorServiceP->pushNewMsg("ZlCli::constructCmd terminats because local node name is not resolved.");
-        giveUp(emptyStrg, "Cannot detect local node name. Terminate!");
+        terminateProgram(1);
     }
     const std::string cmd = areNodesEqual(local, target) != 0
                                 ? helperCmd + " " + encoded
