@@ -50,22 +50,14 @@ public:
     // cluster file does not know. The end of the node set for none.
     static NodeSet::iterator toNodeIterator(const std::string& name);
 
-    // Give what they say for any name of a node; 0 or emptyStrg for no node.
-    static int toNodeNumber(const std::string& name);
+    // Give what they say for any name of a node; emptyStrg for no node.
     static const std::string& toAdminLongName(const std::string& name);
     static const std::string& toAdminShortName(const std::string& name);
 
     static bool hasNodeRole(const std::string& name, const std::string& role);
 
-    // Give the node's admin long name, as the very string of its node record; emptyStrg when unknown.
+    // Gives this node's admin long name, as the very string of its node record; emptyStrg when unknown.
     static const std::string& getLocalNodeName();
-    static const std::string& getManagerNode();
-
-    // Gives the active collector, else the standby collector, else an empty text.
-    static std::string getCollectorNode();
-
-    // Gives the product's name of a release level; the level in decimal when it has none.
-    static std::string releaseLevelToName(nodeLevel_t level);
 
     // --- node definitions (nodedefinitions.cpp) -----------------------------------------------------
 
@@ -85,12 +77,28 @@ public:
     static int filterNodes(nodeLevel_t level, const NameSet& in, NameSet* selected, NameSet* rest);
     static int filterNodes(const std::string& role, const NameSet& in, NameSet* selected, NameSet* rest);
 
+    // Gives the shell command that creates, changes or deletes a node class; empty without a class name.
+    static std::string getNodeClassCmd(const std::string& name, const std::vector<std::string>& nodes);
+
+    // --- for other commands: no verb gets here, they stand ready ---------------------------------------
+
+    // Gives 0 for no node.
+    static int toNodeNumber(const std::string& name);
+
+    // Gives the admin long name of the cluster manager; emptyStrg when unknown.
+    static const std::string& getManagerNode();
+
+    // Gives the active collector, else the standby collector, else an empty text.
+    static std::string getCollectorNode();
+
+    // Gives the product's name of a release level; the level in decimal when it has none.
+    static std::string releaseLevelToName(nodeLevel_t level);
+
     // Make the node, or the nodes, what "all" stands for, and forget valid and invalid nodes.
     static void defineAllNode(const std::string& name);
     static void defineAllNode(const NameSet& nodes);
 
-    // Gives the shell command that creates, changes or deletes a node class; empty without a class name.
-    static std::string getNodeClassCmd(const std::string& name, const std::vector<std::string>& nodes);
+    // --- data -------------------------------------------------------------------------------------------
 
     static const std::string NODES_FILE_PATH;
     static const std::string NODES_FILE_PREFIX;

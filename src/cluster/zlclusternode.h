@@ -1,4 +1,6 @@
 // One member node of the cluster. Its number is its identity.
+//
+// The setters, the assignment and the comparisons stand ready: no verb needs them.
 #pragma once
 
 #include <array>

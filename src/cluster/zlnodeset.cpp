@@ -23,8 +23,8 @@ void ZlNodeSet::clear()
 
 ZlNodeSet::iterator ZlNodeSet::findNamed(const std::string& name)
 {
-    // About what the index costs.
-    constexpr size_t MAX_WALKS = 64;
+    // Together they cost about what the index does.
+    constexpr size_t MAX_WALKS = 16;
     if (walks < MAX_WALKS) {
         ++walks;
         return std::find_if(begin(), end(), [&](const auto& node) { return node.isNamed(name); });

@@ -18,64 +18,50 @@ TEST_F(NodeDefinitionsTest, ANodeGoesBeforeAFileAndAFileBeforeAClass)
 {
     std::filesystem::current_path(TMP);
     Info::controlState = 0;
-    for (unsigned seed = 0; seed < 200; ++seed) {
-        std::mt19937 random(seed);
-        // Words that may be a node, a file in this folder, a class, several of these or nothing. What a file
-        // or a class lists comes behind it, so that it ends.
-        const auto pick = [&](size_t from) {
-            return std::string(1, "AaBbCc12 "[from + random() % (9 - from)]);
-        };
-        Names lines;
-        std::map<std::string, Names> files;
-        std::map<std::string, Names> classes;
-        for (int i = 0; i < 3; ++i) {
-            lines.insert(member(static_cast<int>(random() % 3), pick(0) + " - long" + pick(0)));
-        }
-        setCluster(lines);
-        const auto fill = [&](std::map<std::string, Names>& lists, const std::string& prefix, bool isClass) {
+    const std::string letters = "AaBbCc12 ";
+    std::mt19937 random(1);
+    const auto pick = [&](size_t from) { return std::string(1, letters[from + random() % (9 - from)]); };
+    for (int round = 0; round < 200; ++round) {
+        setCluster({member(1, pick(0) + " - long" + pick(0)), member(2, pick(0) + " - long" + pick(0))});
+        // What files in this folder, classes of the system and classes of users list: words behind their own
+        // name, so that it ends.
+        std::map<std::string, Words> lists;
+        for (const std::string& prefix : {std::string(), CLASSES + "zelf", CLASSES + "user"}) {
             for (size_t i = 0; i < 8; ++i) {
-                std::string word(1, "AaBbCc12"[i]);
-                if (random() % 3 != 0 || (isClass && isupper(word[0]) != 0)) {
-                    std::filesystem::remove(prefix + word + (isClass ? ".ipa" : ""));
-                    continue;
+                const std::string path = prefix + letters[i] + (prefix.empty() ? "" : ".ipa");
+                std::filesystem::remove(path);
+                if (random() % 3 == 0) {
+                    Words& list = lists[path];
+                    for (; random() % 3 != 0; list.push_back(pick(i + 1))) {
+                    }
+                    writeFile(path, containerToString(list, "\n"));
                 }
-                Names list;
-                while (random() % 3 != 0) {
-                    list.insert(pick(i + 1));
-                }
-                std::string text;
-                for (const std::string& entry : list) {
-                    text += entry + "\n";
-                }
-                writeFile(prefix + word + (isClass ? ".ipa" : ""), text);
-                lists.try_emplace(word, list);
             }
-        };
-        fill(files, TMP, false);
-        fill(classes, CLASSES + "zelf", true); // ahead of the users' classes
-        fill(classes, CLASSES + "user", true);
-
+        }
         Names resolved;
         Names unresolved;
         const std::function<void(const std::string&)> expect = [&](const std::string& word) {
-            const std::string& node = Info::toAdminLongName(word);
             std::string lower = word;
             toLower(lower);
-            const auto& lists = files.count(word) != 0 ? files : classes;
-            const auto list = lists.find(files.count(word) != 0 ? word : lower);
+            const std::string& node = Info::toAdminLongName(word);
+            const std::string system = CLASSES + "zelf" + lower + ".ipa";
+            const std::string path = lists.count(word) != 0     ? word
+                                     : lists.count(system) != 0 ? system
+                                                                : CLASSES + "user" + lower + ".ipa";
             if (!node.empty()) {
                 resolved.insert(node);
-            } else if (list == lists.end() || (&lists == &classes && list->second.empty())) {
+            } else if (path != word &&
+                       lists[path].empty()) { // an empty class is nothing, unlike an empty file
                 unresolved.insert(word);
             } else {
-                std::for_each(list->second.begin(), list->second.end(), expect);
+                std::for_each(lists[path].begin(), lists[path].end(), expect);
             }
         };
-        const Words words = {pick(0), pick(0), "long" + pick(0), "nosuch", pick(0)};
+        const Words words = {pick(0), pick(0), "long" + pick(0), "nosuch", "", pick(0)};
         std::for_each(words.begin(), words.end(), expect);
         const ZlNodesDefinition definition(containerToString(words, ","));
-        EXPECT_EQ(definition.getResolved(), resolved) << seed;
-        EXPECT_EQ(definition.getUnresolved(), unresolved) << seed;
+        EXPECT_EQ(definition.getResolved(), resolved) << round;
+        EXPECT_EQ(definition.getUnresolved(), unresolved) << round;
     }
     std::filesystem::current_path("/");
 }
