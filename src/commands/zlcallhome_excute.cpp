@@ -92,8 +92,9 @@ std::vector<std::pair<std::string, ZlCallhome::Section>> sectionsGlobalFirst()
     ZL_TRACE();
     const auto& config = chServiceP->config;
     std::vector<std::pair<std::string, ZlCallhome::Section>> sections(config.begin(), config.end());
-    std::ranges::stable_partition(
-        sections, [](const auto& section) { return section.first == ZlCallhome::GLOBAL_LABEL; });
+    // Not std::ranges::stable_partition: clang 14 cannot compile what it returns.
+    std::stable_partition(sections.begin(), sections.end(),
+                          [](const auto& section) { return section.first == ZlCallhome::GLOBAL_LABEL; });
     return sections;
 }
 
