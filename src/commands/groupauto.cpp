@@ -50,8 +50,7 @@ void screenNodes()
         nodes, [](const auto& node) { return !chServiceP->ensureMinReleaseLevel(node, MIN_NODE_LEVEL); });
     const std::string level = toString(chServiceP->getMinReleaseLevel());
     if (nodes.empty()) {
-        chServiceP->pushMessage("No nodes available with min release level " + level);
-        giveUp("Terminate execution.");
+        chServiceP->giveUp("Terminate execution.", "No nodes available with min release level " + level);
     }
     if (refused != 0) {
         chServiceP->pushMessage("Some nodes do not have min release level " + level);
@@ -101,7 +100,7 @@ int deployGlobalSettings(const std::set<std::string>& existingServers)
         trace("Existed callhome nodes:" + toString(existingServers, ", "));
         trace("Relevant nodes:" + containerToString(relevant, ", "));
         if (executeOnNodes(relevant, ZlCli::REMOTE_ENTRY + " " + command).exitCode != 0) {
-            giveUp("Problem with zelfrun/zelfremote. See /var/zelf/tmp/zelfhome.log for details");
+            chServiceP->giveUp("Problem with zelfrun/zelfremote. See /var/zelf/tmp/zelfhome.log for details");
         }
     }
     return 0;

@@ -59,7 +59,7 @@ std::string findDumpDirectory()
 {
     std::vector<std::string> lines;
     if (chServiceP->executeCMD("/opt/zelf/bin/zelfdiag --config -Y", &lines) != 0) {
-        giveUp("Could not read the cluster configuration");
+        chServiceP->giveUp("Could not read the cluster configuration");
     }
     std::string directory;
     for (const ColonRecord& record :
@@ -69,7 +69,7 @@ std::string findDumpDirectory()
         }
     }
     if (directory.empty()) {
-        giveUp("Could not determine the value of dataStructureDump");
+        chServiceP->giveUp("Could not determine the value of dataStructureDump");
     }
     return directory;
 }
@@ -81,7 +81,7 @@ void setUp(SendJob& job)
                               toString(getFreeDiskSpace(job.dumpDirectory)) + " SendPMRData " + job.path +
                               " " + job.caseNumber + " -Y";
     if (chServiceP->runZelfmonCmdOnCallhomeNode(query, &job.reply) != 0) {
-        giveUp("Failed while executing a query to sysmonitor");
+        chServiceP->giveUp("Failed while executing a query to sysmonitor");
     }
     const std::vector<ColonRecord> records =
         parseColonFormat(linesOf(containerToString(job.reply, emptyStrg)), COLON_HEADER);
@@ -91,7 +91,7 @@ void setUp(SendJob& job)
         job.jobId = valueOr(records.front(), "Job ID");
     }
     if (job.jobId.empty() || job.chunkSize <= 0) {
-        giveUp("Received wrong results from the sysmonitor when querying for a chunk size");
+        chServiceP->giveUp("Received wrong results from the sysmonitor when querying for a chunk size");
     }
 }
 
@@ -166,7 +166,7 @@ int sendForCase()
     readArguments(job);
     job.fileSize = getFileSize(job.path);
     if (job.fileSize == -1) {
-        giveUp("Could not read the specified file");
+        chServiceP->giveUp("Could not read the specified file");
     }
     job.dumpDirectory = findDumpDirectory();
     job.isCallhomeNode = chServiceP->getLocalNodeName() == job.callhomeNode;

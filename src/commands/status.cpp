@@ -40,7 +40,7 @@ int statusCmd(char* prompt, char* args, bool interactive)
         chServiceP->pushMessage("Execute this command on a node which is a member of a callhome group.");
         ZlCallhome::errorServiceP->pushNewMsg(
             "statusCmd: Execution not possible on a non callhome group member.");
-        giveUp("This node is not a member of a callhome group. Cannot execute this command.");
+        chServiceP->giveUp("This node is not a member of a callhome group. Cannot execute this command.");
     }
     helpMsg = statusHelpMsg;
     return executeCommand(prompt, args, statusCmdTable, interactive);

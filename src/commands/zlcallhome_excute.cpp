@@ -19,18 +19,12 @@ int fail(const std::string& reason)
     return 1;
 }
 
-void giveUp(const std::string& reason)
-{
-    ZL_TRACE();
-    chServiceP->giveUp(reason);
-}
-
 const std::string& requiredArgument(size_t place)
 {
     ZL_TRACE();
     const std::vector<std::string>& args = chServiceP->getCmdOptionVector();
     if (place >= args.size()) {
-        giveUp(ZlCmd::userResponseMissingArg);
+        chServiceP->giveUp(ZlCmd::userResponseMissingArg);
     }
     return args[place];
 }

@@ -39,9 +39,6 @@ int zelfmonQuery(char* prompt, char* args, bool interactive);
 // Leaves the reason as the result message. Gives 1.
 int fail(const std::string& reason);
 
-// Ends the process with 1 and the reason.
-[[noreturn]] void giveUp(const std::string& reason);
-
 // True when this node is in a group whose server is older than the monitoring service's requests: the command
 // then goes to the helper program.
 bool isOldMaster();
