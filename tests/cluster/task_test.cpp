@@ -87,7 +87,7 @@ TEST_F(Task, OfTwoNodesThatStartAtOnceExactlyOneWins)
     }
 }
 
-TEST_F(Task, ALiveHolderIsRespectedADeadOneIsNotAndAnIdRunsOnce)
+TEST_F(Task, ALiveHolderIsRespectedADeadOneIsNot)
 {
     const std::string worker = workerOf(start("node1", "cluster task 7", UNTIL_GO));
     const std::string held = "node1.zelf.test," + worker + ",locked_by_child,7";
@@ -104,11 +104,6 @@ TEST_F(Task, ALiveHolderIsRespectedADeadOneIsNotAndAnIdRunsOnce)
     expectEntry("5:" + failed);
     EXPECT_NE(lab("calls").out.find("node2 zelfrun on1 node1.zelf.test pid " + worker + "\n"),
               std::string::npos);
-
-    const Outcome again = start("node1", "cluster task 8");
-    EXPECT_EQ(again.status, 2);
-    EXPECT_EQ(again.out,
-              refusal("current process state: failed. But specified ID is equel lock ID.", failed));
 }
 
 TEST_F(Task, TheVersionsBeginAnewAheadOfTheirEnd)

@@ -75,17 +75,25 @@ TEST_F(ZlSignalsTest, EachCommandLeavesOneLineOfItsEnd)
     }
 }
 
-TEST_F(ZlSignalsTest, TheAlarmEndsTheRunWithAShortLog)
+TEST_F(ZlSignalsTest, TheAlarmAndAQuestionToADaemonEndTheRunWithAShortLog)
 {
-    const std::string words = "Terminate because alarm signal was received.\n";
-    const auto run = [this] {
-        service.pushNewMsg("message");
-        service.pushDebugMsg("detail");
-        raise(SIGALRM);
-    };
-    expectEnd(run, 1, words, "");
-    EXPECT_TRUE(std::regex_match(contentOf(LOG), std::regex("\n.*\nmessage\n.*\n"))) << contentOf(LOG);
-    expectIn(contentOf(DEBUG_LOG), "\nmessage\ndetail\nZlErrorService::signalHandlerAlarm: " + words + "\n");
+    const std::string alarm = "Terminate because alarm signal was received.\n";
+    const std::string daemon = "Process (77) runs as deamon. Terminate without response.\n";
+    const std::string asked = daemon + "Interrupt signal SIGUSR1 (10) received.\n Terminate from "
+                                       "ZlErrorService::signalHandlerChild\n";
+    for (const auto& [number, status, words, logged, detailed] :
+         {std::tuple{SIGALRM, 1, alarm, std::string(), "ZlErrorService::signalHandlerAlarm: " + alarm},
+          {SIGUSR1, 0, daemon, asked, asked}}) {
+        const auto run = [this, number = number] {
+            ZlErrorService::controlFlags = number == SIGUSR1 ? 2 : 0; // a daemon or not
+            service.pushNewMsg("message");
+            service.pushDebugMsg("detail");
+            sigqueue(getpid(), number, {77});
+        };
+        expectEnd(run, status, words, "");
+        expectIn(contentOf(LOG), "\nmessage\n" + logged + "Trace messager end at: ");
+        expectIn(contentOf(DEBUG_LOG), "\nmessage\ndetail\n" + detailed + "\n");
+    }
 }
 
 TEST_F(ZlSignalsTest, WhoAsksGetsAnAnswerAndDisturbsNothing)
@@ -105,9 +113,7 @@ TEST_F(ZlSignalsTest, WhoAsksGetsAnAnswerAndDisturbsNothing)
             sigset_t answerSet;
             sigemptyset(&answerSet);
             sigaddset(&answerSet, SIGUSR1);
-            sigval sent{};
-            sent.sival_int = value;
-            EXPECT_EQ(value == 0 ? kill(pid, SIGUSR1) : sigqueue(pid, SIGUSR1, sent), 0);
+            EXPECT_EQ(value == 0 ? kill(pid, SIGUSR1) : sigqueue(pid, SIGUSR1, {value}), 0);
             siginfo_t answer{};
             const timespec limit = {10, 0};
             EXPECT_EQ(sigtimedwait(&answerSet, &answer, &limit), SIGUSR1);
@@ -134,20 +140,6 @@ TEST_F(ZlSignalsTest, WhoAsksAndIsGoneFailsNoWrite)
         errno = 0;
     });
     EXPECT_EQ(errno, 0);
-}
-
-TEST_F(ZlSignalsTest, ADaemonThatIsAskedEnds)
-{
-    const std::string words = "Process (77) runs as deamon. Terminate without response.\n";
-    const auto run = [] {
-        ZlErrorService::controlFlags = ZlErrorService::CHILD_IS_DAEMON;
-        sigval sent{};
-        sent.sival_int = 77;
-        sigqueue(getpid(), SIGUSR1, sent);
-    };
-    expectEnd(run, 0, words, "");
-    expectIn(contentOf(LOG), words + "Interrupt signal SIGUSR1 (10) received.\n Terminate from "
-                                     "ZlErrorService::signalHandlerChild\n");
 }
 
 TEST_F(ZlSignalsTest, HandlersCanBeBoundAnew)
