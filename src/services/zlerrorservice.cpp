@@ -11,6 +11,10 @@ ZlErrorService::ZlErrorService()
 {
     // The handlers need it from here on.
     errorServiceP = this;
+    // A handler appends in the midst of anything: hardly ever may a list have to move then.
+    for (std::string* list : {&errorTrace, &debugTrace, &functionTrace}) {
+        list->reserve(1024 * 1024);
+    }
     ZL_TRACE();
     for (const int signal : {SIGHUP, SIGQUIT, SIGILL, SIGTRAP, SIGSEGV, SIGABRT, SIGTERM, SIGINT}) {
         addSignal(signal, signalHandler);

@@ -34,9 +34,9 @@ TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
         SetUp();
         const std::string received = std::string("\nInterrupt signal ") + name + " received.\n\n";
         const std::string next = number == SIGSEGV ? "Stack Trace\n" : LAST;
-        // The tool itself, from within a command.
+        // The tool itself, from within a command; it waits for output then.
         const std::string kill = std::to_string(number) + "; kill -" + std::to_string(number) + " 0";
-        install("zelfctl", "trap '' " + kill + "; sleep 0.1");
+        install("zelfctl", "sleep 0.2; trap '' " + kill + "; sleep 0.1");
         const auto run = [] {
             setpgid(0, 0);
             execl(ZELFHOME_TOOL, "child", "info", "list", nullptr);
