@@ -33,6 +33,6 @@ int capabilityList(char* /*prompt*/, char* args, bool /*interactive*/)
                  *enabled == "true" ? "enabled" : "disabled"});
         }
     }
-    showList(table);
+    showList(*chServiceP, table);
     return 0;
 }

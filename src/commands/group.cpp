@@ -120,6 +120,6 @@ int groupList(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
         std::ranges::transform(childs, childs.begin(), shownName);
         table.push_back({name, server, containerToString(childs, ",")});
     }
-    showList(table);
+    showList(*chServiceP, table);
     return 0;
 }

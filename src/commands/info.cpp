@@ -8,11 +8,12 @@ int infoList(char* /*prompt*/, char* /*args*/, bool /*interactive*/)
 {
     ZL_TRACE();
     const ZlCallhome::Section& global = chServiceP->config[ZlCallhome::GLOBAL_LABEL];
-    showList({
+    const PlainTable table = {
         {"group", "customerName", "customerID", "email", "countryCode"},
         {ZlCallhome::GLOBAL_LABEL, valueOr(global, "customer-name"), valueOr(global, "customer-id"),
          valueOr(global, "email"), valueOr(global, "country-code")},
-    });
+    };
+    showList(*chServiceP, table);
     return 0;
 }
 

@@ -72,6 +72,6 @@ int proxyList(char* /*prompt*/, char* args, bool /*interactive*/)
                              valueOr(section, "proxy-port"), valueOr(section, "proxy-username")});
         }
     }
-    showList(table);
+    showList(*chServiceP, table);
     return 0;
 }

@@ -49,6 +49,6 @@ int scheduleList(char* /*prompt*/, char* args, bool /*interactive*/)
             }
         }
     }
-    showList(table);
+    showList(*chServiceP, table);
     return 0;
 }

@@ -26,7 +26,7 @@ int listLocalProgress()
         chServiceP->pushMessage("No progress for task found.");
         return 1;
     }
-    showList(table);
+    showList(*chServiceP, table);
     return 0;
 }
 

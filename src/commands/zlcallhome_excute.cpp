@@ -92,16 +92,6 @@ std::vector<std::pair<std::string, ZlCallhome::Section>> sectionsGlobalFirst()
     return sections;
 }
 
-void showList(const PlainTable& table)
-{
-    ZL_TRACE();
-    if (chServiceP->getMachineReadableOutput()) {
-        machineReadableOutput(chServiceP->programName, chServiceP->subject, chServiceP->verb, table);
-    } else {
-        formatedOutput(table, '-');
-    }
-}
-
 std::string replaceAllSubstrings(std::string text, const std::string& what, const std::string& by)
 {
     ZL_TRACE();

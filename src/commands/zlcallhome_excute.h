@@ -75,8 +75,5 @@ void mapTaskWords(char* args);
 // Tells whether a run may begin on this node: 0, or 1 with the reason as result message.
 int runCmdPreCheck();
 
-// Shows the table of a list verb: as colon records with -Y, else as text.
-void showList(const PlainTable& table);
-
 // Gives a copy of `text` with each `what` replaced; what was inserted is not searched again.
 std::string replaceAllSubstrings(std::string text, const std::string& what, const std::string& by);

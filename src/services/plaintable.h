@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+class ZlCli;
+
 using PlainTable = std::vector<std::vector<std::string>>;
 
 // Prints a table on standard output in aligned columns, with a rule of `separator` below the names; the zero
@@ -20,3 +22,6 @@ void machineReadableOutput(const std::string& program, const std::string& subjec
                            const PlainTable& table);
 void extendedMachineReadableOutput(const std::string& program, const std::string& subject,
                                    const std::string& verb, const PlainTable& table, bool keepNewlines);
+
+// Shows the table of a list verb: as colon records with -Y, else as text. (showlist.cpp)
+void showList(const ZlCli& cli, const PlainTable& table);

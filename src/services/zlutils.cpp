@@ -16,11 +16,6 @@ bool isDigit(char byte)
     return byte >= '0' && byte <= '9';
 }
 
-bool isCapital(char byte)
-{
-    return byte >= 'A' && byte <= 'Z';
-}
-
 } // namespace
 
 void trimLeft(std::string& text, const std::string& set)
@@ -166,31 +161,6 @@ std::string containerToString(const std::vector<std::string>& list, const std::s
     return joined;
 }
 
-std::string toString(int value)
-{
-    return std::to_string(value);
-}
-
-std::string toString(unsigned int value)
-{
-    return std::to_string(value);
-}
-
-std::string toString(long value)
-{
-    return std::to_string(value);
-}
-
-std::string toString(unsigned long value)
-{
-    return std::to_string(value);
-}
-
-std::string toString(bool value)
-{
-    return value ? "1" : "0";
-}
-
 std::string toString(const std::string& value)
 {
     return value;
@@ -245,11 +215,10 @@ void percentEncode(std::string& out, const std::string& in, std::string_view set
 
 void percentEncode(std::vector<std::string>& out, const std::vector<std::string>& in, std::string_view set)
 {
-    std::vector<std::string> result(in.size());
-    for (size_t i = 0; i < in.size(); ++i) {
-        percentEncode(result[i], in[i], set);
+    out.clear();
+    for (const std::string& text : in) {
+        percentEncode(out.emplace_back(), text, set);
     }
-    out = std::move(result);
 }
 
 void percentDecode(std::string& out, std::string_view in)
@@ -266,33 +235,30 @@ void percentDecode(std::string& out, std::string_view in)
     out = std::move(result);
 }
 
-int isDecimal(const std::string& text)
+namespace {
+
+// Digits from `begin` on, and at most one ".", which is not last.
+bool isNumberFrom(const std::string& text, size_t begin)
 {
-    const size_t first = text.find_first_not_of("+-");
     const size_t point = text.find('.');
-    if (first > 1 || point == text.size() - 1) {
-        return 0;
-    }
-    for (size_t i = 1; i < text.size(); ++i) {
+    for (size_t i = begin; i < text.size(); ++i) {
         if (!isDigit(text[i]) && i != point) {
-            return 0;
+            return false;
         }
     }
-    return 1;
+    return point != text.size() - 1;
+}
+
+} // namespace
+
+int isDecimal(const std::string& text)
+{
+    return text.find_first_not_of("+-") <= 1 && isNumberFrom(text, 1) ? 1 : 0;
 }
 
 int isUnsingedDecimal(const std::string& text)
 {
-    const size_t point = text.find('.');
-    if (text.empty() || point == text.size() - 1) {
-        return 0;
-    }
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (!isDigit(text[i]) && i != point) {
-            return 0;
-        }
-    }
-    return 1;
+    return !text.empty() && isNumberFrom(text, 0) ? 1 : 0;
 }
 
 int isInt(const std::string& text)
@@ -312,18 +278,10 @@ int isStringPMR(const std::string& text)
     if (text.size() > 2 && text.starts_with("TS")) {
         return text.size() == 11 ? 1 : 0;
     }
-    if (text.size() != pattern.size()) {
-        return 0;
-    }
-    for (size_t i = 0; i < text.size(); ++i) {
-        const bool fits = pattern[i] == '.'   ? text[i] == '.'
-                          : pattern[i] == 'y' ? isDigit(text[i]) || isCapital(text[i])
-                                              : isDigit(text[i]);
-        if (!fits) {
-            return 0;
-        }
-    }
-    return 1;
+    const auto fits = [](char place, char byte) {
+        return place == '.' ? byte == '.' : isDigit(byte) || (place == 'y' && byte >= 'A' && byte <= 'Z');
+    };
+    return std::ranges::equal(pattern, text, fits) ? 1 : 0;
 }
 
 long getFileSize(const std::string& path)

@@ -4,11 +4,13 @@
 // on; each edge is named here. Predicates give 1 for true and 0 for false.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <map>
 #include <set>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 // Blank, tab, newline, vertical tab, form feed, carriage return.
@@ -57,13 +59,14 @@ std::vector<std::string> linesOf(const std::string& text);
 
 std::string containerToString(const std::vector<std::string>& list, const std::string& separator);
 
-std::string toString(int value);
-std::string toString(unsigned int value);
-std::string toString(long value);
-std::string toString(unsigned long value);
-std::string toString(bool value); // 0 or 1
+// Gives a number in plain decimal; a bool as 0 or 1.
+template <typename Number>
+requires std::integral<Number> || std::is_enum_v<Number> std::string toString(Number value)
+{
+    return std::to_string(value);
+}
+
 std::string toString(const std::string& value);
-std::string toString(const char* value) = delete; // would be taken for a bool
 std::string toString(const std::vector<std::string>& list, const std::string& separator);
 std::string toString(const std::set<std::string>& set, const std::string& separator);
 
