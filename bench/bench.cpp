@@ -64,6 +64,7 @@ const std::string MICRO =
     "./zelfhome_micro --benchmark_format=csv --benchmark_min_time=0.1 --benchmark_filter=";
 
 // A new figure is a line here. Where the reference is a pipeline, the shell that runs it does not count.
+// Ten times as much may take up to 20 times as long where caches end in between: more is more than linear.
 // clang-format off
 const Row ROWS[] = {
     {"info list, wall time", {WALL, {"5.1", TOOL}}, "its command lines from sh", {WALL, {"5.1", ITS_COMMANDS}}, "<= 1.25"},
@@ -84,10 +85,10 @@ const Row ROWS[] = {
     {"completion of a node name, 10,000 nodes", {WALL, {"10000.1000", COMPLETE}}, "", {}, "<= 100"},
     {"percent encoding", {RATE, {"5.1", MICRO + "percentEncode"}}, "", {}, ">= 300"},
     {"percent decoding", {RATE, {"5.1", MICRO + "percentDecode"}}, "", {}, ">= 300"},
-    {"colon records, writing 10,000", {TIME, {"5.1", MICRO + "recordsOut/10000$"}}, "1,000 records", {TIME, {"5.1", MICRO + "recordsOut/1000$"}}, "<= 15"},
-    {"colon records, reading 10,000", {TIME, {"5.1", MICRO + "recordsIn/10000$"}}, "1,000 records", {TIME, {"5.1", MICRO + "recordsIn/1000$"}}, "<= 15"},
-    {"  into a table", {TIME, {"5.1", MICRO + "recordsIntoTable/10000$"}}, "1,000 records", {TIME, {"5.1", MICRO + "recordsIntoTable/1000$"}}, "<= 15"},
-    {"progress records, reading 10,000", {TIME, {"1.1", MICRO + "progressRecords"}}, "1,000 records", {TIME, {"2.1", MICRO + "progressRecords"}}, "<= 15"},
+    {"colon records, writing 10,000", {TIME, {"5.1", MICRO + "recordsOut/10000$"}}, "1,000 records", {TIME, {"5.1", MICRO + "recordsOut/1000$"}}, "<= 20"},
+    {"colon records, reading 10,000", {TIME, {"5.1", MICRO + "recordsIn/10000$"}}, "1,000 records", {TIME, {"5.1", MICRO + "recordsIn/1000$"}}, "<= 20"},
+    {"  into a table", {TIME, {"5.1", MICRO + "recordsIntoTable/10000$"}}, "1,000 records", {TIME, {"5.1", MICRO + "recordsIntoTable/1000$"}}, "<= 20"},
+    {"progress records, reading 10,000", {TIME, {"1.1", MICRO + "progressRecords"}}, "1,000 records", {TIME, {"2.1", MICRO + "progressRecords"}}, "<= 20"},
     {"configuration, 1,000 groups", {TIME, {"10000.1000", MICRO + "configuration"}}, "100 groups", {TIME, {"1000.100", MICRO + "configuration"}}, "<= 12"},
 };
 // clang-format on

@@ -97,31 +97,28 @@ TEST_F(ZlClusterInfoTest, AsksTheHostToolForUnknownNames)
 
 TEST_F(ZlClusterInfoTest, ManagerAndCollector)
 {
-    const std::pair<const char*, const char*> managers[] = {
-        {"echo noise; echo a b c 10.0.0.3 d", "node3.zelf.test"},
-        {"echo a b c node3 d; echo three words here", ""},
-        {"echo a b c node3 d; exit 1", ""},
-        {"true", ""}};
-    for (const auto& [reply, node] : managers) {
-        install("zelfmgr", reply);
-        EXPECT_EQ(Info::getManagerNode(), node) << reply;
-        EXPECT_EQ(calls(), "zelfmgr [-c]\n");
+    const std::tuple<const char*, const char*, const char*> replies[] = {
+        {"zelfmgr", "echo noise; echo a b c 10.0.0.3 d", "node3.zelf.test"},
+        {"zelfmgr", "echo a b c node3 d; echo three words here", ""},
+        {"zelfmgr", "echo a b c node3 d; exit 1", ""},
+        {"zelfmgr", "true", ""},
+        {"zelfccr", "echo 'aa:standby;bb:active' >$3", "bb"},
+        {"zelfccr", "echo 'aa:standby' >$3", "aa"},
+        // The last in the set's order.
+        {"zelfccr", "printf 'zz:acti\\nve;bb:active;;no colon;cc:down' >$3", "zz"},
+        {"zelfccr", "exit 149", ""},
+        {"zelfccr", "exit 7", ""},
+        {"zelfccr", "rm $3", ""}};
+    for (const auto& [program, reply, node] : replies) {
+        install(program, reply);
+        const bool isManager = program == std::string("zelfmgr");
+        EXPECT_EQ(isManager ? Info::getManagerNode() : Info::getCollectorNode(), node) << reply;
+        EXPECT_EQ(calls(),
+                  isManager ? "zelfmgr [-c]\n" : "zelfccr [fget] [collectors] [/var/zelf/tmp/collectors]\n");
     }
     service.writeTrace();
     expectIn(contentOf(TMP + "test.log"),
              "::getManagerNode: list nodes manager rc = 1\n    response: a b c node3 d\n\n");
-    const std::pair<const char*, const char*> collectors[] = {
-        {"echo 'aa:standby;bb:active' >$3", "bb"},
-        {"echo 'aa:standby' >$3", "aa"},
-        {"printf 'zz:acti\\nve;bb:active;;no colon;cc:down' >$3", "zz"}, // the last in the set's order
-        {"exit 149", ""},
-        {"exit 7", ""},
-        {"rm $3", ""}};
-    for (const auto& [reply, node] : collectors) {
-        install("zelfccr", reply);
-        EXPECT_EQ(Info::getCollectorNode(), node) << reply;
-        EXPECT_EQ(calls(), "zelfccr [fget] [collectors] [/var/zelf/tmp/collectors]\n");
-    }
 }
 
 TEST_F(ZlClusterInfoTest, ConfigurationFile)
@@ -167,16 +164,16 @@ TEST(ZelfVersion, SixOperatorsOnOneComparison)
 {
     // Part by part over the left one's parts: versions below the gate, and others.
     const std::string gate = "4.2.3.7";
-    for (const auto& [versions, expected] :
-         {std::pair{Words{"4.2.3.6", "4.1.9.9", "", "4.2.3-9.6"}, "100110"},
-          {{"4.2.3.7", "4.2.3.8", "4.10.0.0", "5", "4"}, "010101"}}) {
-        for (const std::string& text : versions) {
-            const auto six = [a = ZelfVersion(text)](const auto& b) {
-                return toString(a < b) + toString(a > b) + toString(a == b) + toString(a != b) +
-                       toString(a <= b) + toString(a >= b);
-            };
-            EXPECT_EQ(six(gate), expected) << text;
-            EXPECT_EQ(six(ZelfVersion(gate)), expected) << text;
-        }
+    const std::pair<const char*, const char*> cases[] = {
+        {"4.2.3.6", "100110"},   {"4.1.9.9", "100110"}, {"", "100110"},
+        {"4.2.3-9.6", "100110"}, {"4.2.3.7", "010101"}, {"4.2.3.8", "010101"},
+        {"4.10.0.0", "010101"},  {"5", "010101"},       {"4", "010101"}};
+    for (const auto& [text, expected] : cases) {
+        const auto six = [a = ZelfVersion(text)](const auto& b) {
+            return toString(a < b) + toString(a > b) + toString(a == b) + toString(a != b) +
+                   toString(a <= b) + toString(a >= b);
+        };
+        EXPECT_EQ(six(gate), expected) << text;
+        EXPECT_EQ(six(ZelfVersion(gate)), expected) << text;
     }
 }
