@@ -1,6 +1,7 @@
 // What a node definition means, and the command that changes a node class.
 #include "fixture.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <random>
 
