@@ -61,8 +61,9 @@ TEST_F(ZlSignalsTest, EachCommandLeavesOneLineOfItsEnd)
 {
     for (const char* words : {"child is not daemon. Ignore signal.", "set alarm(10)."}) {
         const std::string line = std::string("\nZlErrorService::signalHandlerChild: ") + words + "\n";
-        _executeCMD("true", nullptr);
-        _executeCMD("true | true", nullptr);
+        // They end while this process waits, and not in the midst of a line of its own.
+        _executeCMD("sleep 0.1", nullptr);
+        _executeCMD("true | sleep 0.1", nullptr);
         EXPECT_EQ(alarm(0) >= 9, ZlErrorService::controlFlags != 0);
         service.writeTrace();
         std::string debug = contentOf(DEBUG_LOG);
