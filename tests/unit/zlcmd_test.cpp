@@ -104,6 +104,9 @@ TEST_F(ZlCmdTest, BoundariesOfEachType)
         {ZlCmd::EMAIL, "", {"a@", "a@b c"}, {"", "a", "@a", "a@b@c"}},
         {ZlCmd::COUNTRY_CODE, "", {"AZ", "ZA"}, {"D", "De", "DEU", "D1"}},
         {ZlCmd::TOKEN_OPTION, "A | B", {"", "a", "B"}, {"C", "A | B"}},
+        {ZlCmd::TOKEN_AS_TYPE, "INT", {"5"}, {"x"}},
+        {ZlCmd::TOKEN_AS_TYPE, "word", {"x"}, {}},
+        {ZlCmd::TOKEN_AS_TYPE, "INT | word", {}, {"5", "word"}},
         {ZlCmd::EXCLUSIV_CHAR, "a | b", {"", "xyz"}, {"xa", "b", "x y", "|"}},
         {ZlCmd::CES_NODE, "", {"n1"}, {"n1,n2", "n3"}}};
     for (const auto& [type, token, good, bad] : cases) {
@@ -204,9 +207,25 @@ TEST_F(ZlCmdTest, WhatPassesIsMappedInTheOrderOfTheKeys)
     cmd.addVerbToCmdMapping("built", "script");
     cmd.addVerbToCmdMapping("do", "other");
     cmd.setChildAsDeamon(true);
+    cmd.displayAsTable();
+    EXPECT_EQ(validated(cmd, {}), "");
+    EXPECT_EQ(cli.getParserBits(), 1024U);
+    cli.verb = "do";
     cmd.displayAsList();
     EXPECT_EQ(validated(cmd, {"a", "ab", "c"}), "a ab a");
     EXPECT_EQ(cli.verb + cli.getShellCmd(), "builtscript");
     EXPECT_EQ(ZlErrorService::controlFlags, 2U);
     EXPECT_EQ(cli.getParserBits(), 1024U + 2048U);
+}
+
+TEST_F(ZlCmdTest, OrderOfCommandsIsDescendingButForSharedAlternatives)
+{
+    const std::tuple<const char*, const char*, const char*, const char*, bool> cases[] = {
+        {"b", "x", "a", "x", true},      {"a", "x", "b", "x", false},   {"a", "y", "a", "x", true},
+        {"a", "x", "a", "y", false},     {"a", "x", "a", "yy", true},   {"a", "x | y", "a", "y", false},
+        {"a", "y", "a", "x | y", false}, {"a", "z", "a", "x | y", true}};
+    for (const auto& [subject, verb, otherSubject, otherVerb, isLess] : cases) {
+        const ZlCmd cmd(&cli, subject, verb, "", nullptr, nullptr, 0);
+        EXPECT_EQ(cmd < ZlCmd(&cli, otherSubject, otherVerb, "", nullptr, nullptr, 0), isLess) << verb;
+    }
 }
