@@ -15,6 +15,14 @@ std::string labFolder()
     return "/tmp/zelfhome-test-lab." + std::to_string(getpid());
 }
 
+// What the lab leaves behind is a fault of its own.
+void expectNothingLeft(const std::string& behind)
+{
+    EXPECT_NE(access(labFolder().c_str(), F_OK), 0) << behind;
+    const std::string mark = "zelflab-$(printf %s " + labFolder() + " | cksum | cut -d ' ' -f 1)";
+    EXPECT_EQ(runShell("grep -l \"" + mark + "\" /proc/[0-9]*/mountinfo 2>/dev/null").out, "") << behind;
+}
+
 class LabEnvironment : public testing::Environment {
 public:
     void SetUp() override
@@ -22,18 +30,22 @@ public:
         setenv("ZELFLAB_DIR", labFolder().c_str(), 1);
         setenv("ZELFHOME", ZELFHOME_TOOL, 1);
         setenv("ZELFLAB_WAIT", "60", 1); // another lab on this machine, of another clone's tests perhaps
+        for (const std::string early :
+             {"timeout -s INT 0.3 $LAB up", "timeout -s KILL 0.3 $LAB up; $LAB down",
+              "$LAB up & sleep 0.2; $LAB down; wait"}) {
+            runShell("LAB=" ZELFHOME_SOURCE_DIR "/lab/zelflab; " + early);
+            lab("down"); // where the machine is slow, the other came first
+            expectNothingLeft(early);
+        }
         const Outcome up = lab("up 3");
         ASSERT_EQ(up.status, 0) << up.err;
     }
 
-    // What the lab leaves behind is a fault of its own.
     void TearDown() override
     {
         const Outcome down = lab("down");
         EXPECT_EQ(down.status, 0) << down.err;
-        EXPECT_NE(access(labFolder().c_str(), F_OK), 0);
-        const std::string mark = "zelflab-$(printf %s " + labFolder() + " | cksum | cut -d ' ' -f 1)";
-        EXPECT_EQ(runShell("grep -l \"" + mark + "\" /proc/[0-9]*/mountinfo 2>/dev/null").out, "");
+        expectNothingLeft("the tests");
     }
 };
 

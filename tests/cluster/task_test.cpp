@@ -125,14 +125,3 @@ TEST_F(Task, TheWorkerOutlivesTheTerminal)
     expectEntry("3:node1.zelf.test," + worker + ",failed,1");
     EXPECT_EQ(onNode("node1", "sed '1d; 3q' /var/zelf/tmp/task.stdout").out, "late\nworker done with rc 3\n");
 }
-
-TEST_F(Task, TheLockInAFileIsTheNodesOwn)
-{
-    const std::string file = "$ZELFLAB_DIR/nodes/node1/var/ces/task";
-    // That there is no file yet counts as a failed write.
-    EXPECT_EQ(start("node1", "node task 1").out, refusal("", ""));
-    const std::string worker = workerOf(start("node1", "node task 1", "exit 3"));
-    EXPECT_EQ(runShell(until("grep -sq failed " + file) + "cat " + file).out,
-              "vget:1:node1.zelf.test," + worker + ",failed,1\n");
-    EXPECT_EQ(runShell("ls " + KEY).out, "");
-}
