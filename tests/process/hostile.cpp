@@ -90,7 +90,9 @@ TEST_F(Installation, HostileParentsAndLimitsChangeNeitherWordsNorStatus)
         {"CHLD", "exec env --ignore-signal=CHLD $T info list", LISTED},
         {"all", "exec env --block-signal $T info list", LISTED},
         {"file size", "ulimit -f 1; $T info list >/dev/null; exec $T info list", LISTED},
+#ifndef __SANITIZE_ADDRESS__ // whose own checks need a descriptor
         {"descriptors", "ulimit -n 4; exec $T info list", {1, "", "Failed\n"}},
+#endif
         {"enough", "ulimit -n 16; exec $T info list", LISTED},
         {"full disk", "mount -t tmpfs -o size=4k z $TMP; echo >$TMP/full.log; $T info list",
          failed("Could not read the call home configuration from the CCR")},
