@@ -8,7 +8,7 @@ cd "$ROOT"
 
 # shellcheck disable=SC2016 # the backticks are the text's
 missing=$(while IFS= read -r line; do
-    places=(src lab tests dev bench fuzz docs packaging CMakeLists.txt)
+    places=(src lab tests tools dev bench fuzz docs packaging CMakeLists.txt)
     mapfile -t names < <(grep -oP '(?<=`)[.\w][\w.:/-]*(?=(\(\))?`)' <<<"$line")
     [[ $line != '| '*src/* ]] || mapfile -t places < <(ls -d "${names[@]}" 2>/dev/null)
     for name in "${names[@]}"; do
