@@ -39,7 +39,7 @@ ZlClusterInfo::ZlClusterInfo()
         errorServiceP->writeTrace();
         std::exit(1);
     }
-    NameSet lines;
+    LineSet lines;
     file.getData(&lines);
     getNodesMap(lines);
 }
@@ -85,7 +85,7 @@ ZlClusterInfo::NameSet* ZlClusterInfo::getBadNodesDefinition()
     return invalidNodeDefinitionsP;
 }
 
-int ZlClusterInfo::getNodesMap(const NameSet& lines)
+int ZlClusterInfo::getNodesMap(const LineSet& lines)
 {
     ZL_TRACE();
     if (lines.empty()) {
@@ -93,7 +93,7 @@ int ZlClusterInfo::getNodesMap(const NameSet& lines)
     }
     auto place = nodesP->end();
     std::vector<std::string_view> fields;
-    for (const std::string& line : lines) {
+    for (const std::string_view line : lines) {
         if (line.find("20_MEMBER_NODE") != std::string::npos) {
             splitViews(&fields, line, ':');
             place = std::next(nodesP->insert(place, ZlClusterNode(fields)));

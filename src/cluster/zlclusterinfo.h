@@ -11,6 +11,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cluster/nodelevel.h"
@@ -22,6 +23,7 @@ class ZlClusterInfo {
 public:
     using NodeSet = ZlNodeSet;
     using NameSet = std::set<std::string>;
+    using LineSet = std::set<std::string_view>;
 
     ZlClusterInfo();
     ~ZlClusterInfo();
@@ -38,7 +40,7 @@ public:
 
     // Adds a node for each member line; the first line of a number wins. 1: no lines. Throws
     // std::out_of_range for a member line that is too short.
-    static int getNodesMap(const NameSet& lines);
+    static int getNodesMap(const LineSet& lines);
 
     // Reads /var/zelf/gen/zelf.cfg; the first line of a key wins. 0 or 1.
     static int readZelfCfg();

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string_view>
@@ -51,6 +52,9 @@ int ZlFileIO::readFile()
     duration.start();
     std::ifstream file(fileName, std::ios::binary);
     std::vector<char> bytes;
+    std::error_code unknown;
+    const auto size = std::filesystem::file_size(fileName, unknown);
+    bytes.reserve(unknown ? 0 : size);
     std::array<char, 64 * 1024> piece{};
     while (file) {
         file.read(piece.data(), piece.size());
@@ -235,7 +239,7 @@ int addLines(const std::vector<char>& buffer, Container* lines)
     auto place = lines->end();
     while (!rest.empty()) {
         const size_t end = std::min(rest.find('\n'), rest.size());
-        place = std::next(lines->insert(place, std::string(rest.substr(0, end))));
+        place = std::next(lines->insert(place, typename Container::value_type(rest.substr(0, end))));
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     return 0;
@@ -250,6 +254,12 @@ int ZlFileIO::getData(std::vector<std::string>* lines)
 }
 
 int ZlFileIO::getData(std::set<std::string>* lines)
+{
+    ZL_TRACE();
+    return addLines(buffer, lines);
+}
+
+int ZlFileIO::getData(std::set<std::string_view>* lines)
 {
     ZL_TRACE();
     return addLines(buffer, lines);

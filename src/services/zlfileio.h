@@ -9,6 +9,7 @@
 
 #include <set>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <vector>
 
@@ -62,6 +63,8 @@ public:
     // Adds the buffer's lines, without their newline, to the container. 1: null pointer, 2: empty buffer.
     int getData(std::vector<std::string>* lines);
     int getData(std::set<std::string>* lines);
+    // Without a copy of each line: what is added points into the buffer.
+    int getData(std::set<std::string_view>* lines);
 
     static ZlErrorService* errorServiceP;
 

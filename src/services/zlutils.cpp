@@ -118,14 +118,14 @@ int stringListToContainer(const std::string& text, const std::string& delimiter,
 void splitViews(std::vector<std::string_view>* pieces, std::string_view text, char delimiter)
 {
     pieces->clear();
-    for (;;) {
-        const size_t end = text.find(delimiter);
-        pieces->push_back(text.substr(0, end));
-        if (end == std::string_view::npos) {
-            return;
+    size_t begin = 0;
+    for (size_t end = 0; end < text.size(); ++end) {
+        if (text[end] == delimiter) {
+            pieces->push_back(text.substr(begin, end - begin));
+            begin = end + 1;
         }
-        text.remove_prefix(end + 1);
     }
+    pieces->push_back(text.substr(begin));
 }
 
 std::vector<std::string> split(const std::string& text, const std::string& delimiter)

@@ -92,7 +92,7 @@ Trace messager end at: STAMP
     for (const std::string piece :
          {"Debug Trace start at: STAMP\n", "_executeCMD: response:\n\nresponse end\n",
           "_executeCMD: response:\nwords\n\nresponse end\n", "\n\n#### function trace ####\n",
-          "\nstatic int ZlClusterInfo::getNodesMap(const NameSet&)\n", "\n\tZlCmd::validate: success\n",
+          "\nstatic int ZlClusterInfo::getNodesMap(const LineSet&)\n", "\n\tZlCmd::validate: success\n",
           "\nvoid ZlErrorService::writeTrace()\n", "\nDebug Trace end at: STAMP\n"}) {
         place = log.find(piece, place);
         ASSERT_NE(place, std::string::npos) << piece;

@@ -104,7 +104,7 @@ std::string member(int number, const std::string& names, int level, const std::s
 void setCluster(const Names& lines)
 {
     Info::getClusterNodes()->clear();
-    Info::getNodesMap(lines);
+    Info::getNodesMap({lines.begin(), lines.end()});
 }
 
 void setZelfCfg(const std::string& text)

@@ -61,7 +61,7 @@ TEST_F(ZlClusterInfoTest, EveryLookUpIsTheWalkWhateverHappensToTheSet)
             lines.insert(
                 member(below(30) - 1, text() + " " + text() + " " + text() + " " + text() + " " + text()));
         }
-        Info::getNodesMap(lines);
+        Info::getNodesMap({lines.begin(), lines.end()});
         // More often than is answered without an index.
         for (int i = 0; i < 40; ++i) {
             const std::string name = text();
