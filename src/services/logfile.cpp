@@ -21,9 +21,6 @@ public:
             close(file);
             file = -1;
         }
-        if (file >= 0) {
-            fchmod(file, 0600);
-        }
     }
     ~OrdinaryFile()
     {

@@ -16,6 +16,15 @@ struct stat statusOf(const std::string& path)
     return status;
 }
 
+void narrow(int file)
+{
+    const KeptErrno kept;
+    struct stat status {};
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+        fchmod(file, 0600);
+    }
+}
+
 } // namespace
 
 bool isForeign(const struct stat& status)
@@ -27,7 +36,11 @@ int openOwnFile(const std::string& path, int flags)
 {
     const struct stat status = statusOf(path);
     const int follow = S_ISLNK(status.st_mode) && !isForeign(status) ? 0 : O_NOFOLLOW;
-    return open(path.c_str(), flags | follow | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600);
+    const int file = open(path.c_str(), flags | follow | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600);
+    if ((flags & O_CREAT) != 0) {
+        narrow(file);
+    }
+    return file;
 }
 
 void removeForeignFile(const std::string& path)
@@ -42,8 +55,8 @@ void narrowFile(const std::string& path)
 {
     const KeptErrno kept;
     const int file = openOwnFile(path, O_RDONLY);
+    narrow(file);
     if (file >= 0) {
-        fchmod(file, 0600);
         close(file);
     }
 }

@@ -5,7 +5,8 @@
 #include <sys/stat.h>
 
 // Opens a file as open(2) does, but through no symbolic link that another user has planted, and without a
-// wait for the other end of a FIFO. What it makes is for no other user. On failure it gives -1, with errno.
+// wait for the other end of a FIFO. With O_CREAT the file is for no other user from then on, whatever the
+// umask says. On failure it gives -1, with errno.
 int openOwnFile(const std::string& path, int flags);
 
 // Tells whether this is another user's, other than root's.

@@ -80,7 +80,6 @@ int ZlCcrService::writeCcrFile()
         errorServiceP->pushNewMsg("ZlCcrService::writeCcrFile: cannot write ccr file to disk");
         return 1;
     }
-    narrowFile(localFile->getFileName());
     return zelfccr("fput " + ccrFileName + " " + localFile->getFileName() + SILENTLY) == 0 ? 0 : 1;
 }
 

@@ -144,7 +144,7 @@ TEST_F(Installation, HostileFilesAtTheToolsNamesNeitherHangNorLeadElsewhere)
     runShell("umask 0; exec $T group auto --enable");
     shell("set -e; cd $TMP; [ $(stat -c %a:%u:%h _callhomeconfig) = 600:0:1 ]; rm zelfall.rel; " +
           isUntouched);
-    runShell("umask 0; exec $T group auto --enable");
+    runShell("umask 777; exec $T group auto --enable");
     shell("[ $(stat -c %a:%u:%h $TMP/zelfall.rel) = 600:0:1 ]");
 }
 
