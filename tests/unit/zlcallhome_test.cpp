@@ -71,45 +71,25 @@ TEST_F(ZlCallhomeTest, CommandsThatRecreateASection)
         {"customer-name = A B\nemail = unknown\ncountry-code = DE\ndaily = enabled\nweekly = disabled\n"
          "enabled = true\nproxy-port = 80\nproxy-location = host\nproxy-enabled = true\n"
          "proxy-auth-enabled = true\nname = g\ndisabled = x\n",
-         "capability enable\ninfo change --country-code DE --customer-name A B\n"
-         "proxy change --proxy-location host --proxy-port 80\nproxy enable --with-proxy-auth\n"
-         "schedule add --task DAILY\nschedule delete --task WEEKLY\n"},
-        {"enabled = no\nproxy-enabled = true\n", "capability disable\nproxy enable\n"},
-        {"proxy-auth-enabled = true\n", "proxy disable\n"}};
+         "capability enable,info change --country-code DE --customer-name A B,"
+         "proxy change --proxy-location host --proxy-port 80,proxy enable --with-proxy-auth,"
+         "schedule add --task DAILY,schedule delete --task WEEKLY"},
+        {"enabled = no\nproxy-enabled = true\n", "capability disable,proxy enable"},
+        {"proxy-auth-enabled = true\n", "proxy disable"}};
     for (const auto& [settings, commands] : cases) {
         setConfigFile(settings);
         std::set<Words> commandSet = {{"old"}};
         EXPECT_EQ(callhome->configSectionToCmds("global", &commandSet, true), 1);
-        std::string lines;
+        Words lines;
         for (const Words& words : commandSet) {
-            lines += containerToString(words, " ") + "\n";
+            lines.push_back(containerToString(words, " "));
         }
-        EXPECT_EQ(lines, commands);
+        EXPECT_EQ(containerToString(lines, ","), commands);
     }
 }
 
-// One place for each option: what "info change" and "proxy change" take is known to group auto, is listed
-// (a password apart), and stands in the usage text, as all options do.
-TEST_F(ZlCallhomeTest, NoOptionIsForgottenAnywhere)
+TEST_F(ZlCallhomeTest, AllOptionsStandInTheUsage)
 {
-    callhome->callhomeNodes.clear(); // outside every group the tool lists by itself
-    callhome->callhomeChilds.clear();
-    for (const auto& [subject, list] : {std::pair("info", &infoList), std::pair("proxy", &proxyList)}) {
-        Words replayed = {subject, "change"};
-        callhome->config.clear();
-        for (const std::string& name : settingsOf(subject)) {
-            callhome->config["global"][name] = "of-" + name;
-            replayed.insert(replayed.end(), {"--" + name, "of-" + name});
-        }
-        EXPECT_GE(replayed.size(), 10U);
-        std::set<Words> commands;
-        callhome->configSectionToCmds("global", &commands, false);
-        EXPECT_TRUE(commands.contains(replayed)) << subject;
-        const std::string table = printed([show = list] { show(nullptr, nullptr, false); });
-        for (const auto& [name, value] : callhome->config["global"]) {
-            EXPECT_EQ(table.find(value) == std::string::npos, name == "proxy-password") << name;
-        }
-    }
     for (const ZlCmd& command : callhome->cmds) {
         std::string subject = command.getSubject();
         testing::internal::CaptureStderr();
@@ -127,10 +107,9 @@ TEST_F(ZlCallhomeTest, WhatIsWrittenIsReadBack)
 {
     std::mt19937 random(1);
     const auto word = [&random] {
-        const std::string bytes = "aZ09<>/-_.,:;%'\"$\\#\t ";
         std::string text = "x";
         for (size_t length = random() % 9; text.size() < length;) {
-            text += bytes[random() % bytes.size()];
+            text += "aZ09<>/-_.,:;%'\"$\\#\t "[random() % 21];
         }
         return text + "y";
     };
@@ -138,12 +117,8 @@ TEST_F(ZlCallhomeTest, WhatIsWrittenIsReadBack)
         std::map<std::string, ZlCallhome::Section> expected = {{"global", {}}};
         for (size_t groups = random() % 5; expected.size() <= groups;) {
             const std::string name = word();
-            expected[name]["name"] = name;
-        }
-        for (auto& [name, section] : expected) {
-            for (size_t count = random() % 5; count > 0; --count) {
-                section.emplace(word(), word());
-            }
+            expected[name] = {{"name", name}, {word(), word()}};
+            expected["global"].emplace(word(), word());
         }
         callhome->config = expected;
         ASSERT_EQ(callhome->writeConfig(), 0);
@@ -154,8 +129,7 @@ TEST_F(ZlCallhomeTest, WhatIsWrittenIsReadBack)
 
 TEST_F(ZlCallhomeTest, ThePlaceOfThisNodeIsReadAnewAndThenUsedAsItStands)
 {
-    const Names children = {"", "node1.zelf.test", "node2.zelf.test", "node3.zelf.test"};
-    EXPECT_EQ(callhome->callhomeChilds, children); // from the start on
+    EXPECT_EQ(callhome->callhomeChilds, (Names{"", "node1.zelf.test", "node2.zelf.test", "node3.zelf.test"}));
     EXPECT_EQ(callhome->callhomeNodes, (Names{"node2.zelf.test", "node4.zelf.test"}));
     EXPECT_EQ(callhome->groupName + callhome->getCallhomeNode(), "bnode4.zelf.test");
     setConfigFile("");
