@@ -16,12 +16,6 @@ timeval stoppedAt{}; // the clock of this program, when a test has stopped it
 
 class ZlErrorServiceTest : public ZelfTest {
 protected:
-    void SetUp() override
-    {
-        ZelfTest::SetUp();
-        setenv("TZ", "TST-02:00", 1);
-        tzset();
-    }
     void TearDown() override
     {
         ZelfTest::TearDown();
@@ -41,10 +35,12 @@ extern "C" int gettimeofday(timeval* __restrict time, void* __restrict /*zone*/)
 
 TEST_F(ZlErrorServiceTest, SectionsOfOneProcessShareTheirStart)
 {
+    setenv("TZ", "TST-02:00", 1);
+    tzset();
     service.pushNewMsg("message");
-    service.pushDebugMsg("detail\n  of two lines");
+    service.pushDebugMsg("detail");
     service.writeTrace();
-    expectIn(contentOf(DEBUG_LOG), "\nmessage\ndetail\n  of two lines\n\n####");
+    expectIn(contentOf(DEBUG_LOG), "\nmessage\ndetail\n\n####");
     service.pushNewMsg("message");
     stoppedAt = {1529582853, 42999};
     service.writeTrace();
