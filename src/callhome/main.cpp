@@ -1,7 +1,6 @@
 // zelfhome: one command line, one process.
 #include <cerrno>
 #include <string>
-#include <vector>
 
 #include "callhome/zlcallhome.h"
 #include "cli/cmdtable.h"

@@ -71,7 +71,7 @@ public:
     // Removes the first argument equal to `name`, with `ignoreCase` in any case. 1: removed.
     int removeOption(std::string name, bool ignoreCase);
 
-    // Has the monitoring service create the configuration file; ends the process when it does not answer.
+    // Has the monitoring service create the configuration file; ends the process when that fails.
     void ensureConfigInCCR();
 
     // Gives the commands that would set the section up elsewhere, as lists of words. With `parse`, reads the

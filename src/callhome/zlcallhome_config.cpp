@@ -1,5 +1,5 @@
-// The call-home configuration: one text file in the CCR, read by every node and written by the monitoring
-// service.
+// The call-home configuration: one text file in the CCR, read by every node, and written by the monitoring
+// service and by "group auto --enable".
 //
 //   <callhomeTopology>
 //       <callhomeGroup>
@@ -27,6 +27,16 @@ namespace {
 {
     ZlCallhome::errorServiceP->pushNewMsg(reason);
     callhome.giveUp(reason);
+}
+
+std::string mapToString(const ZlCallhome::Section& map, const std::string& between,
+                        const std::string& separator)
+{
+    std::vector<std::string> pairs;
+    for (const auto& [key, value] : map) {
+        pairs.push_back(key + between + value);
+    }
+    return containerToString(pairs, separator);
 }
 
 } // namespace
@@ -131,12 +141,8 @@ int ZlCallhome::setConfig(const std::pair<std::string, Section>& section)
         parseConfig();
     }
     const auto& [name, changes] = section;
-    std::vector<std::string> pairs;
-    for (const auto& [key, value] : changes) {
-        pairs.push_back(key + " = " + value);
-    }
-    errorServiceP->pushDebugMsg("ZlCallhome::setConfig: " + name + ">>\n" + containerToString(pairs, "\n") +
-                                "<<\n");
+    errorServiceP->pushDebugMsg("ZlCallhome::setConfig: " + name + ">>\n" +
+                                mapToString(changes, " = ", "\n") + "<<\n");
     const auto stored = config.find(name);
     if (stored == config.end()) {
         config.emplace(name, changes);

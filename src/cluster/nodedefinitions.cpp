@@ -1,5 +1,5 @@
-// What node definitions mean: the operations of ZlClusterInfo that resolve them for the whole process. Their
-// result as an object is ZlNodesDefinition. Filters, and the command that changes a node class, are here too.
+// What node definitions mean: the operations of ZlClusterInfo that resolve them. Their result
+// as an object is ZlNodesDefinition. Filters, and the command that changes a node class, are here too.
 #include "cluster/zlclusterinfo.h"
 
 #include <filesystem>

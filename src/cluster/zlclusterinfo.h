@@ -4,8 +4,8 @@
 // All data is class-level and there is one instance. The cluster definition file is read when it is made,
 // before main(), see boot.cpp; a file that cannot be read ends the process there.
 //
-// Every question about a name passes through toNodeIterator(): the first node of that name, in number order,
-// is the answer.
+// Every question here about a name passes through toNodeIterator(): the first node of that name, in number
+// order, is the answer.
 #pragma once
 
 #include <map>
@@ -74,8 +74,8 @@ public:
     static int processNodeFile(const std::string& word, NameSet* pending);
     static int processNodeClass(const std::string& word, NameSet* pending);
 
-    // Divide `in` by the node's release level, or by a role. Unknown nodes go to `rest`. Give the size of
-    // `selected`.
+    // Divide `in` by the node's release level, or by a role; an empty role selects all. Unknown nodes go to
+    // `rest`. Give the size of `selected`.
     static int filterNodes(nodeLevel_t level, const NameSet& in, NameSet* selected, NameSet* rest);
     static int filterNodes(const std::string& role, const NameSet& in, NameSet* selected, NameSet* rest);
 

@@ -2,8 +2,8 @@
 // callhome/zlcallhomeexecute.h.)
 //
 // A handler returns its status and leaves its words in the userResponse of chServiceP, or ends the process.
-// The arguments of the command are in the argument vector of chServiceP; `args`, the text behind the verb, is
-// empty when the command came from a command line.
+// The arguments of the command are in the argument vector of chServiceP; `args`, the text after the verb, is
+// empty unless subject and verb came in one word.
 #pragma once
 
 #include <string>

@@ -50,7 +50,7 @@ NodeProbeResult executeOnNodes(std::vector<std::string> nodes, const std::string
     TempFile nodeFile;
     TempFile rejectFile;
     if (nodeFile.getName().empty() || rejectFile.getName().empty()) {
-        // What was made stays behind: support looks for it.
+        // What was made stays behind.
         nodeFile.keep();
         rejectFile.keep();
         ZlErrorService::errorServiceP->pushNewMsg("Could not create temp file in /var/zelf/tmp");
@@ -63,7 +63,7 @@ NodeProbeResult executeOnNodes(std::vector<std::string> nodes, const std::string
     list << containerToString(nodes, "\n");
     list.close();
     if (!list) {
-        // Half a list would blame the nodes of the other half.
+        // A list that is cut short may end in the name of another node.
         ZlErrorService::errorServiceP->pushNewMsg("Could not write temp file in /var/zelf/tmp");
         result.unreached = std::move(nodes);
         return result;

@@ -12,11 +12,11 @@
 struct NodeProbeResult {
     std::vector<std::string> unreached;                     // lines of the dispatch tool's reject file
     std::map<std::string, std::vector<std::string>> output; // answer lines by node, each with its line end
-    int32_t exitCode = 1;                                   // the dispatch command's; 1: no temporary files
+    int32_t exitCode = 1;                                   // the dispatch command's; 1: no list
 };
 
-// Runs a subcommand of the far side on the nodes and sorts the answers. Without temporary files all nodes are
-// unreached.
+// Runs a subcommand of the far side on the nodes and sorts the answers. When the list of nodes cannot be
+// written, all nodes are unreached.
 NodeProbeResult executeOnNodes(std::vector<std::string> nodes, const std::string& command);
 
 // Gives the release of each node that answers; "0.0.0.0" for an answer that is too short.
