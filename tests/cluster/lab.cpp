@@ -33,7 +33,7 @@ public:
         for (const std::string early :
              {"timeout -s INT 0.3 $LAB up", "timeout -s KILL 0.3 $LAB up; $LAB down",
               "$LAB up & sleep 0.2; $LAB down; wait"}) {
-            runShell("LAB=" ZELFHOME_SOURCE_DIR "/lab/zelflab; " + early);
+            runShell("LAB=" + ZELFLAB + "; " + early);
             lab("down"); // where the machine is slow, the other came first
             expectNothingLeft(early);
         }
@@ -74,7 +74,7 @@ Outcome runShell(const std::string& command)
 
 Outcome lab(const std::string& arguments)
 {
-    return runShell(ZELFHOME_SOURCE_DIR "/lab/zelflab " + arguments);
+    return runShell(ZELFLAB + " " + arguments);
 }
 
 Outcome onNode(const std::string& node, const std::string& command)

@@ -3,19 +3,17 @@
 
 #include <string>
 
+inline const std::string ZELFLAB = ZELFHOME_SOURCE_DIR "/lab/zelflab";
+
 struct Outcome {
     int status = -1;
     std::string out;
     std::string err;
 };
 
-// Runs a shell command on this machine.
+// A shell command on this machine; "zelflab" with arguments; a shell command on a node.
 Outcome runShell(const std::string& command);
-
-// Runs "zelflab" with arguments.
 Outcome lab(const std::string& arguments);
-
-// Runs a shell command on a node of the lab.
 Outcome onNode(const std::string& node, const std::string& command);
 
 // Gives the text as one word of the shell.
