@@ -34,7 +34,6 @@ public:
 
     // --- nodes and files -------------------------------------------------------------------------------
 
-    static NodeSet* getClusterNodes();
     static NameSet* getGoodNodes();
     static NameSet* getBadNodesDefinition();
 
@@ -56,8 +55,6 @@ public:
     static const std::string& toAdminLongName(const std::string& name);
     static const std::string& toAdminShortName(const std::string& name);
 
-    static bool hasNodeRole(const std::string& name, const std::string& role);
-
     // Gives this node's admin long name, as the very string of its node record; emptyStrg when unknown.
     static const std::string& getLocalNodeName();
 
@@ -74,15 +71,19 @@ public:
     static int processNodeFile(const std::string& word, NameSet* pending);
     static int processNodeClass(const std::string& word, NameSet* pending);
 
-    // Divide `in` by the node's release level, or by a role; an empty role selects all. Unknown nodes go to
-    // `rest`. Give the size of `selected`.
-    static int filterNodes(nodeLevel_t level, const NameSet& in, NameSet* selected, NameSet* rest);
-    static int filterNodes(const std::string& role, const NameSet& in, NameSet* selected, NameSet* rest);
-
     // Gives the shell command that creates, changes or deletes a node class; empty without a class name.
     static std::string getNodeClassCmd(const std::string& name, const std::vector<std::string>& nodes);
 
     // --- for other commands: no verb gets here, they stand ready ---------------------------------------
+
+    static NodeSet* getClusterNodes();
+
+    static bool hasNodeRole(const std::string& name, const std::string& role);
+
+    // Divide `in` by the node's release level, or by a role; an empty role selects all. Unknown nodes go to
+    // `rest`. Give the size of `selected`.
+    static int filterNodes(nodeLevel_t level, const NameSet& in, NameSet* selected, NameSet* rest);
+    static int filterNodes(const std::string& role, const NameSet& in, NameSet* selected, NameSet* rest);
 
     // Gives 0 for no node.
     static int toNodeNumber(const std::string& name);
