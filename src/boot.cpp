@@ -1,6 +1,6 @@
-// All class-level data of the shared classes, from top to bottom in the order in which it comes up before
-// main(). One file defines them all, because each step leans on the ones above it: the trace must stand
-// before anything traces, and the cluster definition is read at the very end.
+// All class-level data of the shared classes but their texts, from top to bottom in the order in which it
+// comes up before main(). One file defines them all, because each step leans on the ones above it: the trace
+// must stand before anything traces, and the cluster definition is read at the very end.
 
 // First of all: brings up the standard streams, which a signal handler may need as early as the lines below.
 #include <iostream>

@@ -4,7 +4,8 @@
 // through main(), or by terminateProgram(), which leaves it undestroyed. Both say what is to be said, once,
 // and write the trace. Code that fails or finishes does not print: it stores a result message in
 // `userResponse`, pushes further messages, and returns or terminates. What is printed on the way are usage
-// texts, messages of the catalogue, and the output of commands as it arrives (executeCMD).
+// texts, messages of the catalogue, tables, the output of commands as it arrives (executeCMD), and what
+// --debug shows.
 #pragma once
 
 #include <cstdint>

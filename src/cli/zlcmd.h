@@ -114,8 +114,9 @@ public:
 
     // True when the subjects are equal and the probe's verb is one of this command's alternatives.
     bool operator==(const ZlCmd& probe) const;
-    // Descending by subject and then by verb. No strict weak order: verbs that share an alternative count as
-    // equal, so two commands may equal a third and not each other. Keep no sorted container of commands.
+    // Descending by subject, then by verb, a shorter verb first. No strict weak order: verbs that share an
+    // alternative count as equal, so two commands may equal a third and not each other. Keep no sorted
+    // container of commands.
     bool operator<(const ZlCmd& other) const;
 
     // --- validation (zlcmd_validate.cpp) ---------------------------------------------------------------

@@ -3,8 +3,8 @@
 // Many runs end at once, and any may be killed. So a section reaches a log with one write, and what a log is
 // replaced by is written beside it and renamed into its place; there is no lock. The commands in a log may
 // hold passwords, so it is made for its owner alone, and narrowed to that when it is written. What is no
-// ordinary file is left alone: a FIFO would hang the run, and a symbolic link may lead where another user
-// wants it. All failures are silent.
+// ordinary file is left alone, since a FIFO would hang the run; so is another user's symbolic link, which may
+// lead where he wants it. All failures are silent.
 #pragma once
 
 #include <string>

@@ -47,6 +47,7 @@ public:
     static std::pair<int, std::string> getKeyValue(const std::string& key);
 
     // Stores a key that has `version` now (-1: that is new), as version + 1. Gives 0 or 1, and a text.
+    // A smaller version stores nothing and gives 0 all the same.
     static std::pair<int, std::string> setKeyValue(const std::pair<std::string, std::string>& pair,
                                                    int version);
 

@@ -111,6 +111,6 @@ private:
     static constexpr uint32_t maxSizeLogfile = 100000;
 };
 
-// The head of every operation of a class: its signature enters the function trace. Trivial inline accessors
-// go without.
+// The head of every operation of a shared class: its signature enters the function trace. Trivial inline
+// accessors go without.
 #define ZL_TRACE() ZlErrorService::errorServiceP->pushFuncName(__PRETTY_FUNCTION__)

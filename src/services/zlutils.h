@@ -93,6 +93,7 @@ void percentDecode(std::string& out, std::string_view in);
 
 // An optional sign, digits, at most one "." which is not last. The first byte is not examined: "a12" passes.
 int isDecimal(const std::string& text);
+// Digits, at most one "." which is not last.
 int isUnsingedDecimal(const std::string& text);
 
 // A 32-bit number in the very form in which toString writes it: "+5", "05", "-0" and "" fail.
