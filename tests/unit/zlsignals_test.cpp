@@ -1,7 +1,6 @@
 // What signals do to the tool: nothing of the trace is lost, and who asks gets an answer.
 #include "fixture.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -11,13 +10,6 @@
 #include "services/executecmd.h"
 #include "services/heldsignal.h"
 
-namespace {
-
-const std::string LOG = TMP + "test.log";
-const std::string DEBUG_LOG = TMP + "debugtest.log";
-
-} // namespace
-
 using ZlSignalsTest = ZelfTest;
 
 TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
@@ -26,7 +18,6 @@ TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
         const std::string text = std::to_string(number);
         const std::string received =
             std::string("\nInterrupt signal SIG") + sigabbrev_np(number) + " (" + text + ") received.\n\n";
-        const std::string next = number == SIGSEGV ? "Stack Trace\n" : "Terminate from ZlErrorService::";
         SetUp();
         // The tool itself, from within a command; it waits for output then.
         install("zelfctl", "sleep 0.2; trap '' " + text + "; kill -" + text + " 0; sleep 0.1");
@@ -36,14 +27,9 @@ TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
         };
         expectEnd(run, 1, "An unexpected Error occured.\n", "");
         const std::string log = contentOf(TMP + "child.log");
-        expectIn(log, received + next);
+        expectIn(log, received + (number == SIGSEGV ? "Stack Trace\n" : "Terminate from "));
+        EXPECT_EQ(log.find("(main+") != std::string::npos, number == SIGSEGV);
         expectIn(contentOf(TMP + "debugchild.log"), received);
-        if (number == SIGSEGV) {
-            const std::string stack = log.substr(log.find(next) + next.size());
-            expectIn(stack, "(main+");
-            // At most 20 frames, an empty line, and two lines behind them.
-            EXPECT_LE(std::count(stack.begin(), stack.end(), '\n'), 20 + 1 + 2);
-        }
     }
 }
 
@@ -62,9 +48,8 @@ TEST_F(ZlSignalsTest, TheAlarmAndAQuestionToADaemonEndTheRunWithAShortLog)
     const std::string daemon = "Process (77) runs as deamon. Terminate without response.\n";
     const std::string asked = daemon + "Interrupt signal SIGUSR1 (10) received.\n Terminate from "
                                        "ZlErrorService::signalHandlerChild\n";
-    for (const auto& [number, status, words, logged, detailed] :
-         {std::tuple{SIGALRM, 1, alarm, std::string(), "ZlErrorService::signalHandlerAlarm: " + alarm},
-          {SIGUSR1, 0, daemon, asked, asked}}) {
+    for (const auto& [number, status, words, logged] :
+         {std::tuple{SIGALRM, 1, alarm, std::string()}, {SIGUSR1, 0, daemon, asked}}) {
         const auto run = [this, number = number] {
             ZlErrorService::controlFlags = number == SIGUSR1 ? 2 : 0; // a daemon or not
             service.pushNewMsg("message");
@@ -72,27 +57,25 @@ TEST_F(ZlSignalsTest, TheAlarmAndAQuestionToADaemonEndTheRunWithAShortLog)
             sigqueue(getpid(), number, {77});
         };
         expectEnd(run, status, words, "");
-        expectIn(contentOf(LOG), "\nmessage\n" + logged + "Trace messager end at: ");
-        expectIn(contentOf(DEBUG_LOG), "\nmessage\ndetail\n" + detailed + "\n");
+        expectIn(contentOf(TMP + "test.log"), "\nmessage\n" + logged + "Trace messager end at: ");
     }
 }
 
 TEST_F(ZlSignalsTest, WhoAsksGetsAnAnswerAndNoErrorNumberIsLost)
 {
     const HeldSignal held(SIGUSR1);
+    testing::internal::CaptureStdout();
     siginfo_t question{};
     question.si_signo = SIGUSR1;
     question.si_value.sival_int = 77;
     for (const pid_t asking : {getpid(), INT_MAX}) { // the second one is gone
         question.si_pid = asking;
-        EXPECT_EQ(printed([&] {
-                      errno = EIO;
-                      ZlErrorService::signalHandlerUSR1(SIGUSR1, &question, nullptr);
-                      EXPECT_EQ(errno, EIO);
-                  }),
-                  "ZlErrorService::signalHandlerUSR1: signal = SIGUSR1(10), si_signo = 10, si_pid = " +
-                      std::to_string(asking) + " si_info = 77\n");
+        errno = EIO;
+        ZlErrorService::signalHandlerUSR1(SIGUSR1, &question, nullptr);
+        EXPECT_EQ(errno, EIO);
     }
+    expectIn(testing::internal::GetCapturedStdout(),
+             "SIGUSR1(10), si_signo = 10, si_pid = " + std::to_string(getpid()) + " si_info = 77\n");
     sigset_t answers;
     sigemptyset(&answers);
     sigaddset(&answers, SIGUSR1);
@@ -102,23 +85,14 @@ TEST_F(ZlSignalsTest, WhoAsksGetsAnAnswerAndNoErrorNumberIsLost)
     EXPECT_EQ(answer.si_value.sival_int, getpid());
 }
 
-TEST_F(ZlSignalsTest, HandlersCanBeBoundAnew)
+TEST_F(ZlSignalsTest, ADumpOfTheDebugLogKeepsIt)
 {
-    const auto run = [this] {
-        ZlErrorService::addSignal(SIGUSR1, ZlErrorService::signalHandler);
-        service.pushDebugMsg("detail");
-        raise(SIGUSR1); // dumps the debug log and keeps it
-        service.setLogFileName("after");
-        service.writeTrace();
-        ZlErrorService::addSignal(SIGUSR1, SIG_DFL);
-        raise(SIGUSR1);
-    };
-    EXPECT_EXIT(run(), testing::KilledBySignal(SIGUSR1), "");
-    const std::string detail = "\ndetail\n\nInterrupt signal SIGUSR1 (10) received.\n\n";
-    expectIn(contentOf(DEBUG_LOG), detail + "Debug Trace end at: ");
-    expectIn(contentOf(TMP + "debugafter.log"), detail);
-    expectEnd([] { ZlErrorService::addSignal(SIGKILL, ZlErrorService::signalHandler); }, 1, "",
-              "Define signal handler failed.\n");
-    expectEnd([] { ZlErrorService::addSignal(SIGKILL, SIG_DFL); }, 1, "",
-              "Define default signal handling failed.\n");
+    siginfo_t info{};
+    service.pushDebugMsg("detail");
+    ZlErrorService::signalHandler(SIGUSR1, &info, nullptr);
+    service.setLogFileName("after");
+    service.writeTrace();
+    for (const char* log : {"debugtest.log", "debugafter.log"}) {
+        expectIn(contentOf(TMP + log), "\ndetail\n\nInterrupt signal SIGUSR1 (10) received.\n\n");
+    }
 }
