@@ -1,30 +1,9 @@
-// The call-home configuration in memory, and this node's place in it.
+// The call-home configuration in memory.
 #include "fixture.h"
 
 #include <random>
 
-#include "cli/cmdtable.h"
-#include "cli/dispatcher.h"
-#include "commands/zlcallhome_excute.h"
-
 namespace {
-
-const std::string TWO_GROUPS = R"(<callhomeTopology>
-    <callhomeGroup>
-        callhomeChildNodes = node1.zelf.test,node2.zelf.test
-        callhomeNode = node2.zelf.test
-        name = a
-    </callhomeGroup>
-    <callhomeGroup>
-        callhomeChildNodes = node1.zelf.test,,node3.zelf.test
-        callhomeNode = node4.zelf.test
-        masterReleaseVersion = 4.2.3.6
-        name = b
-    </callhomeGroup>
-</callhomeTopology>
-customer-name = The Name
-email = x@y
-)";
 
 // What a start needs; the CCR's file is TMP "ccr._callhomeconfig".
 class ZlCallhomeTest : public ZelfTest {
@@ -37,7 +16,7 @@ protected:
         }
         install("zelfccr",
                 "case $1 in fget) cp /var/zelf/tmp/ccr.$2 $3 ;; fput) cp $3 /var/zelf/tmp/ccr.$2 ;; esac");
-        setConfigFile(TWO_GROUPS);
+        setConfigFile("");
         callhome = &makeCallhome({"info", "change"});
     }
 
@@ -56,11 +35,14 @@ TEST_F(ZlCallhomeTest, ChangesInMemoryAndWritesTheWholeFileBack)
     callhome->setConfig({"c", {{"k", ""}}}); // a new section is stored as it is
     EXPECT_EQ(callhome->config, (std::map<std::string, ZlCallhome::Section>{
                                     {"a", {{"k1", "new"}, {"k3", "3"}, {"k4", "4"}}}, {"c", {{"k", ""}}}}));
+    const std::string groups = "<callhomeTopology>\n    <callhomeGroup>\n        name = a\n"
+                               "    </callhomeGroup>\n</callhomeTopology>\n";
+    setConfigFile(groups + "customer-name = The Name\nemail = x@y\n");
     callhome->config.clear(); // reads the file first
     callhome->setConfig({"global", {{"email", ""}, {"enabled", "true"}}});
     std::ostringstream text;
     callhome->getConfig(text);
-    EXPECT_EQ(text.str(), TWO_GROUPS.substr(0, TWO_GROUPS.find("email")) + "enabled = true\n");
+    EXPECT_EQ(text.str(), groups + "customer-name = The Name\nenabled = true\n");
     install("zelfccr", "exit 1");
     expectEnd([this] { callhome->writeConfig(); }, 1, "", "Failed\n");
 }
@@ -88,21 +70,6 @@ TEST_F(ZlCallhomeTest, CommandsThatRecreateASection)
     }
 }
 
-TEST_F(ZlCallhomeTest, AllOptionsStandInTheUsage)
-{
-    for (const ZlCmd& command : callhome->cmds) {
-        std::string subject = command.getSubject();
-        testing::internal::CaptureStderr();
-        processCmd(nullptr, subject.data(), cmdTable, false); // without a verb: the usage
-        const std::string usage = testing::internal::GetCapturedStderr();
-        for (const ZlOption& option : command.getOptions()) {
-            std::string name = option.getName();
-            toLower(name);
-            EXPECT_TRUE(name[0] == '#' || usage.find(name) != std::string::npos) << usage << name;
-        }
-    }
-}
-
 TEST_F(ZlCallhomeTest, WhatIsWrittenIsReadBack)
 {
     std::mt19937 random(1);
@@ -125,17 +92,4 @@ TEST_F(ZlCallhomeTest, WhatIsWrittenIsReadBack)
         callhome->parseConfig();
         ASSERT_EQ(callhome->config, expected) << contentOf(TMP + "ccr._callhomeconfig");
     }
-}
-
-TEST_F(ZlCallhomeTest, ThePlaceOfThisNodeIsReadAnewAndThenUsedAsItStands)
-{
-    EXPECT_EQ(callhome->callhomeChilds, (Names{"", "node1.zelf.test", "node2.zelf.test", "node3.zelf.test"}));
-    EXPECT_EQ(callhome->callhomeNodes, (Names{"node2.zelf.test", "node4.zelf.test"}));
-    EXPECT_EQ(callhome->groupName + callhome->getCallhomeNode(), "bnode4.zelf.test");
-    setConfigFile("");
-    EXPECT_TRUE(isOldMaster());
-    EXPECT_TRUE(callhome->getCallhomeChilds().empty());
-    EXPECT_FALSE(isOldMaster()); // outside every group no master is old
-    callhome->callhomeNodes = {"node1.zelf.test"};
-    EXPECT_TRUE(isOldMaster());
 }
