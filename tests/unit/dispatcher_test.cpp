@@ -10,12 +10,10 @@ using DispatcherTest = ZelfTest;
 
 TEST_F(DispatcherTest, AWordIsCutToWhatACommandLineBufferHolds)
 {
-    const cmdTableRow withoutHelp;
-    for (const size_t length : {size_t{0}, size_t{9000}}) {
-        std::string line(length, 'X');
-        expectEnd([&] { exit(executeCommand(line.data(), line.data(), &withoutHelp, false)); }, 38, "",
-                  "Invalid command: " + std::string(std::min<size_t>(length, 8195), 'x') + "\n");
-    }
+    const cmdTableRow noRow;
+    std::string line(9000, 'X');
+    expectEnd([&] { exit(executeCommand(line.data(), line.data(), &noRow, false)); }, 38, "",
+              "Invalid command: " + std::string(8195, 'x') + "\n");
 }
 
 TEST_F(DispatcherTest, ThePromptLoopEndsAtANegativeResultOrTheEndOfInput)
@@ -46,7 +44,7 @@ TEST_F(DispatcherTest, OptionsAreRewrittenInPlace)
         {"a --task b", "--task", "-F", "a -F     b"},
         {"a \"DAILY\" b", "DAILY", "day", "a \"day\"   b"}, // the closing quote follows
         {"DAILY\" b", "DAILY", "day", "day  \" b"},
-        {"none", "DAILY", "day", "none"}};
+        {"no", "DAILY", "day", "no"}};
     for (const auto& [text, from, to, result] : cases) {
         std::string buffer = text;
         EXPECT_EQ(mapOption(buffer.data(), from, to), std::strstr(text, from) != nullptr ? 1 : 0);

@@ -26,7 +26,6 @@ protected:
         return cmd;
     }
 
-    // Validates a line of arguments, as the arguments of the command line object.
     std::string validated(const ZlCmd& cmd, const Words& line)
     {
         cli.cmdOptions = line;
@@ -51,17 +50,16 @@ TEST_F(ZlCmdTest, BoundariesOfEachType)
         {ZlCmd::COUNTRY_CODE, "", {"AZ", "ZA"}, {"D", "De", "DEU", "D1"}},
         {ZlCmd::TOKEN_OPTION, "A | B", {"", "a", "B"}, {"C", "A | B"}},
         {ZlCmd::TOKEN_AS_TYPE, "INT", {"5"}, {"x"}},
-        {ZlCmd::TOKEN_AS_TYPE, "word", {"x"}, {}},
         {ZlCmd::TOKEN_AS_TYPE, "INT | word", {}, {"5", "word"}},
         {ZlCmd::EXCLUSIV_CHAR, "a | b", {"", "xyz"}, {"xa", "b", "x y", "|"}},
         {ZlCmd::CES_NODE, "", {"n1"}, {"n1,n2", "n3"}}};
-    for (const auto& [type, token, good, bad] : cases) {
-        for (const Words& values : {good, bad}) {
-            for (std::string arg : values) {
-                EXPECT_EQ(ZlOption(&cli, "--x", type, false, token, nullptr, 0).checkArgType(arg),
-                          values == good)
-                    << type << " {" << token << "} '" << arg << "'";
-            }
+    for (auto [type, token, good, bad] : cases) {
+        ZlOption option(&cli, "--x", type, false, token, nullptr, 0);
+        for (std::string& arg : good) {
+            EXPECT_TRUE(option.checkArgType(arg)) << type << " '" << arg << "'";
+        }
+        for (std::string& arg : bad) {
+            EXPECT_FALSE(option.checkArgType(arg)) << type << " '" << arg << "'";
         }
     }
     cli.setParserResultBit(PARSER_TOKEN_CASE);
@@ -86,10 +84,6 @@ TEST_F(ZlCmdTest, DeclarationOfOptionsAndPositionals)
 
 TEST_F(ZlCmdTest, ALineIsTakenOrRefusedForItsFirstFault)
 {
-    const std::string invalid = "zelfhome sub: Invalid value: ";
-    const std::string incorrect = "zelfhome sub: Incorrect option: ";
-    const std::string needs = "\n\nAdditional messages:\nRequired argument type: ";
-    const std::string tokens = "member of {A | B}";
     const ZlCmd closed = command({{"", ZlCmd::INT, "", true},
                                   {"", ZlCmd::TOKEN, "A | B"},
                                   {"--may", ZlCmd::TOKEN_OPTION, "A | B", true},
@@ -100,22 +94,22 @@ TEST_F(ZlCmdTest, ALineIsTakenOrRefusedForItsFirstFault)
         {&closed, "--flag 5 --may", ""},
         {&closed, "5 --may a --int 5 B", ""},
         {&closed, "5 --may --int", ""}, // passed over
-        {&closed, "--may", "Missing arguments."},
-        {&closed, "5 --flag", "Missing arguments."},
-        {&closed, "x b c", invalid + "'x'" + needs + "INTEGER"},
-        {&closed, "5 x", incorrect + "'x'" + needs + tokens},
-        {&closed, "5 b c", "Invalid argument: 'c'"},
-        {&closed, "--may 5", invalid + "'5'" + needs + tokens},
-        {&closed, "--int x", invalid + "'x'" + needs + "INTEGER"},
-        {&closed, "5 --int", "Missing value. Option --int needs a value of type: INTEGER"},
+        {&closed, "--may", "^Missing arguments.\n$"},
+        {&closed, "5 --flag", "^Missing arguments.\n$"},
+        {&closed, "x b c", "^zelfhome sub: Invalid value: 'x'"},
+        {&closed, "5 x", "^zelfhome sub: Incorrect option: 'x'"},
+        {&closed, "5 b c", "^Invalid argument: 'c'"},
+        {&closed, "--may 5", "^zelfhome sub: Invalid value: '5'"},
+        {&closed, "--int x", "^zelfhome sub: Invalid value: 'x'"},
+        {&closed, "5 --int", "^Missing value. Option --int needs a value of type: INTEGER"},
         {&open, "5 x --any --any y --no z", ""},
-        {&open, "x", invalid + "'x'" + needs + "INTEGER"}};
+        {&open, "x", "^zelfhome sub: Invalid value: 'x'"}};
     for (const auto& [cmd, text, fault] : cases) {
         const Words line = split(text, " ");
         if (fault.empty()) {
             EXPECT_EQ(validated(*cmd, line), text);
         } else {
-            expectEnd([&, cmd = cmd] { validated(*cmd, line); }, 1, "", fault + "\n");
+            EXPECT_EXIT(validated(*cmd, line), testing::ExitedWithCode(1), fault);
         }
     }
 }
@@ -138,9 +132,7 @@ TEST_F(ZlCmdTest, WhatValidationLeavesForOtherCommands)
     cmd.disableValidation();
     EXPECT_EQ(validated(cmd, {"08", "?"}), "08 ?");
     ASSERT_EQ(cli.functions.size(), 2U);
-    for (const ZlFunction& function : cli.functions) {
-        EXPECT_EQ(function.getName(), "lock");
-    }
+    EXPECT_EQ(cli.functions.back().getName(), "lock");
     expectEnd([&] { cmd("--x", ZlCmd::NO, false, "", nullptr, 0); }, 1, "",
               "Program error at  ZlCmd::operator()\n\nAdditional messages:\n"
               "Adding options is not allowed if validation is disabled.\n");
@@ -170,12 +162,12 @@ TEST_F(ZlCmdTest, WhatPassesIsMappedInTheOrderOfTheKeys)
 
 TEST_F(ZlCmdTest, OrderOfCommandsIsDescendingButForSharedAlternatives)
 {
-    const std::tuple<const char*, const char*, const char*, const char*, bool> cases[] = {
-        {"b", "x", "a", "x", true},      {"a", "x", "b", "x", false},   {"a", "y", "a", "x", true},
-        {"a", "x", "a", "y", false},     {"a", "x", "a", "yy", true},   {"a", "x | y", "a", "y", false},
-        {"a", "y", "a", "x | y", false}, {"a", "z", "a", "x | y", true}};
-    for (const auto& [subject, verb, otherSubject, otherVerb, isLess] : cases) {
-        const ZlCmd cmd(&cli, subject, verb, "", nullptr, nullptr, 0);
+    const std::tuple<const char*, const char*, const char*, bool> cases[] = {
+        // the verb of "b", subject and verb of another one, whether "b" goes ahead of it
+        {"x", "a", "x", true},  {"x", "c", "x", false},     {"y", "b", "x", true},     {"x", "b", "y", false},
+        {"x", "b", "yy", true}, {"x | y", "b", "y", false}, {"y", "b", "x | y", false}};
+    for (const auto& [verb, otherSubject, otherVerb, isLess] : cases) {
+        const ZlCmd cmd(&cli, "b", verb, "", nullptr, nullptr, 0);
         EXPECT_EQ(cmd < ZlCmd(&cli, otherSubject, otherVerb, "", nullptr, nullptr, 0), isLess) << verb;
     }
 }
