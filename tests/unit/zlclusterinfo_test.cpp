@@ -24,7 +24,7 @@ TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
     EXPECT_THROW(Info::getNodesMap({good.substr(0, good.rfind(':'))}), std::out_of_range);
 
     ZlClusterNode four;
-    four.setNumber("4x");
+    four.setNumber(4);
     EXPECT_TRUE(four < seven && !(seven < four) && !(seven < seven));
     EXPECT_TRUE(seven < 7 && !(four < 7)); // an equality, and the next a difference
     EXPECT_TRUE(seven < std::string("other") && !(seven < std::string("dl7")));
@@ -52,7 +52,7 @@ TEST_F(ZlClusterInfoTest, EveryLookUpIsTheWalkWhateverHappensToTheSet)
         } else if (below(2) == 0 && nodes.size() != 0) {
             nodes.erase(std::next(nodes.begin(), below(nodes.size())));
         }
-        Names lines = {"c:10_CLUSTER:::3:n1:n2:"};
+        Names lines;
         for (int i = below(20); i > 0; --i) {
             lines.insert(
                 member(below(30) - 1, text() + " " + text() + " " + text() + " " + text() + " " + text()));
@@ -82,8 +82,7 @@ TEST_F(ZlClusterInfoTest, AsksTheHostToolForUnknownNames)
         EXPECT_EQ(Info::toNodeNumber("alias"), number) << reply;
         EXPECT_EQ(calls(), "zelfadm [host] [alias]\n");
     }
-    // Known or empty names are not asked for, and nothing when it is switched off. All ways lead to the
-    // stored strings.
+    // Not for known or empty names, nor when it is switched off. All ways lead to the stored strings.
     EXPECT_EQ(&Info::toAdminLongName("10.0.0.1"), &Info::getLocalNodeName());
     EXPECT_EQ(Info::toAdminShortName("1") + Info::toAdminLongName(""), "node1");
     Info::controlState = 0;
@@ -129,18 +128,14 @@ TEST_F(ZlClusterInfoTest, ReleasesOfClusterAndNodes)
     EXPECT_EQ(Info::releaseLevelToName(1800) + Info::releaseLevelToName(1600), "5.04.2.0");
 
     TestCli& cli = makeCli();
-    const std::tuple<const char*, int, const char*> cases[] = {
-        // line, result, version and level
-        {"minReleaseLevel 1900 5.0.2.0\n", 0, "5.0.2.01900"},
-        {"minReleaseLevel 1900\n", 1, "0"},
-        {"minReleaseLevel 1900 5.0 x\n", 1, "0"},
-        {"other 1900 5.0\n", 1, "old7"}};
-    for (const auto& [line, result, expected] : cases) {
-        setZelfCfg(std::string("myNodeConfigNumber 4\n") + line);
-        nodeLevel_t level = 7;
-        std::string version = "old";
-        EXPECT_EQ(cli.getClusterMinReleaseLevel(&level, &version), result) << line;
-        EXPECT_EQ(version + toString(level), expected);
+    nodeLevel_t level = 7;
+    std::string version = "old";
+    for (const auto& [line, expected] : {std::pair{"other 1900 5.0", "1old7"},
+                                         {"minReleaseLevel 1900 5.0 x", "10"},
+                                         {"minReleaseLevel 1900 5.0.2.0", "05.0.2.01900"}}) {
+        setZelfCfg(std::string("myNodeConfigNumber 4\n") + line + "\n");
+        const std::string result = toString(cli.getClusterMinReleaseLevel(&level, &version));
+        EXPECT_EQ(result + version + toString(level), expected);
     }
     EXPECT_EQ(cli.getNodeReleaseVersion() + toString(cli.getNodeReleaseLevel()), "4.1.1.01500");
     cli.setMinReleaseLevel(1600);
@@ -150,12 +145,11 @@ TEST_F(ZlClusterInfoTest, ReleasesOfClusterAndNodes)
 
 TEST(ZelfVersion, SixOperatorsOnOneComparison)
 {
-    // Part by part over the left one's parts: versions below the gate, and others.
     const std::string gate = "4.2.3.7";
-    const std::pair<const char*, const char*> cases[] = {
-        {"4.2.3.6", "100110"},   {"4.1.9.9", "100110"}, {"", "100110"},
-        {"4.2.3-9.6", "100110"}, {"4.2.3.7", "010101"}, {"4.2.3.8", "010101"},
-        {"4.10.0.0", "010101"},  {"5", "010101"},       {"4", "010101"}};
+    // The left one's parts count.
+    const std::pair<const char*, const char*> cases[] = {{"4.1.9.9", "100110"},   {"", "100110"},
+                                                         {"4.2.3-9.6", "100110"}, {"4.2.3.7", "010101"},
+                                                         {"4.10", "010101"},      {"4", "010101"}};
     for (const auto& [text, expected] : cases) {
         const auto six = [a = ZelfVersion(text)](const auto& b) {
             return toString(a < b) + toString(a > b) + toString(a == b) + toString(a != b) +
