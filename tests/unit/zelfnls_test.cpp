@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <clocale>
 #include <cstdlib>
-#include <stdio_ext.h>
 
 #include "services/zelfnls.h"
 
@@ -12,13 +11,11 @@ using ZelfNlsTest = ZelfTest;
 
 TEST_F(ZelfNlsTest, TextsComeFromTheCatalogueWhileItIsOpen)
 {
-    writeFile(TMP + "msg", "$set 66\n6 Falscher Befehl: %s\\n\n78 a\n79 b\n80 c\n$set 1\n6 andere\n");
+    writeFile(TMP + "msg", "$set 66\n6 Falscher Befehl: %s\\n\n78 a\n$set 1\n6 andere\n");
     ASSERT_EQ(std::system(("gencat " + TMP + "zelf.cat " + TMP + "msg").c_str()), 0);
     setenv("NLSPATH", (TMP + "%N").c_str(), 1);
     const char* const text = "default";
-    setvbuf(stdout, nullptr, _IOFBF, BUFSIZ);
     InitZelfNLS();
-    EXPECT_TRUE(__flbf(stdout) && __flbf(stderr));
     EXPECT_STREQ(CatGets(1, 6, text), "andere");
     for (const int number : {0, 35, 130, -3}) {
         errno = number;
@@ -29,12 +26,9 @@ TEST_F(ZelfNlsTest, TextsComeFromTheCatalogueWhileItIsOpen)
     printCatMessage(MSG_INVALID_COMMAND, "Invalid command: %s\n", "nix");
     printCatMessage(MSG_SEE_TRACE, "number %d\n", 92);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Falscher Befehl: nix\nnumber 92\n");
-    const auto threeTexts = [] {
-        return std::string(openFailedText()) + readFailedText() + programErrorText();
-    };
-    EXPECT_EQ(threeTexts(), "abc");
+    EXPECT_STREQ(openFailedText(), "a");
     CleanupZelfNLS();
-    EXPECT_EQ(threeTexts(), "Open file failed: errno = Read from file failed: errno = Program error: ");
+    EXPECT_STREQ(openFailedText(), "Open file failed: errno = ");
     setenv("NLSPATH", (TMP + "missing/%N").c_str(), 1);
     InitZelfNLS();
     EXPECT_EQ(CatHandle, nullptr);
