@@ -1,6 +1,7 @@
 #include "fixture.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -15,16 +16,13 @@ namespace {
 
 const std::string GEN = "/var/zelf/gen/";
 
-// Ahead of everything, since the start of the tool ends without a word where there is no cluster: a machine's
-// own installation must never be taken for the private one.
+// Ahead of everything: a machine's own installation must never be taken for the private one.
 [[gnu::constructor(101)]] void demandNamespace()
 {
-    for (const char* folder : {"/opt/zelf", "/var/zelf"}) {
-        struct statfs status {};
-        if (statfs(folder, &status) != 0 || status.f_type != TMPFS_MAGIC) {
-            constexpr char WORDS[] = "unit_tests: start me with tests/in-namespace\n";
-            _exit(write(STDERR_FILENO, WORDS, sizeof WORDS - 1) > 0 ? 2 : 3);
-        }
+    struct statfs status {};
+    if (statfs("/var/zelf", &status) != 0 || status.f_type != TMPFS_MAGIC) {
+        std::fputs("unit_tests: start me with tests/in-namespace\n", stderr);
+        _exit(2);
     }
 }
 
@@ -128,12 +126,11 @@ void ZelfTest::SetUp()
 {
     // Code that ends the process outside an expectEnd() must not look like a good end of all tests.
     static const pid_t testProgram = getpid();
-    static const int registered = atexit([] {
+    [[maybe_unused]] static const int registered = atexit([] {
         if (getpid() == testProgram && testing::UnitTest::GetInstance()->current_test_info() != nullptr) {
             _exit(99);
         }
     });
-    ASSERT_EQ(registered, 0);
     service.setLogFileName("test");
     service.writeTrace();
     for (const std::string& folder : {std::string("/opt/zelf/bin"), TMP, GEN + "nodeFiles"}) {
@@ -143,20 +140,11 @@ void ZelfTest::SetUp()
     }
     calls();
     setZelfCfg("myNodeConfigNumber 1\nccrEnabled yes\nminReleaseLevel 1900 5.0.2.0\n");
-    static const std::string cluster = contentOf(GEN + "zelfsdr");
-    writeFile(GEN + "zelfsdr", cluster);
-    const Words lines = split(cluster, "\n");
+    const Words lines = split(contentOf(GEN + "zelfsdr"), "\n");
     setCluster({lines.begin(), lines.end()});
-    for (Names* names :
-         {Info::nodeDefinitionP, Info::validNodesP, Info::allNodesP, Info::invalidNodeDefinitionsP}) {
-        names->clear();
-    }
+    Info::defineAllNode(Names());
     Info::cluserLevelToNameP->clear();
-    errno = 0;
-}
-
-void ZelfTest::TearDown()
-{
     ZlErrorService::controlFlags = 0;
     Info::controlState = 1;
+    errno = 0;
 }

@@ -1,5 +1,4 @@
-// What the unit tests share: a clean installation for each test, scripted programs that note how they were
-// called, standard output as text, the end of the process, and command line objects.
+// What the unit tests share.
 #pragma once
 
 #include <functional>
@@ -25,26 +24,22 @@ const std::string TMP = "/var/zelf/tmp/";
 std::string contentOf(const std::string& path); // empty for a missing file
 void writeFile(const std::string& path, const std::string& text);
 
-// Expects that a text, such as a file's content, has this part.
 void expectIn(const std::string& text, const std::string& part);
 
-// Puts a shell script at /opt/zelf/bin/`name`. calls() gives the calls so far, one a line with each argument
-// in brackets, and forgets them.
+// Puts a shell script at /opt/zelf/bin/`name`. calls() gives the calls since it was last asked, one a line.
 void install(const std::string& name, const std::string& script);
 std::string calls();
 
-// Gives what `action` prints on standard output.
-std::string printed(const std::function<void()>& action);
+std::string printed(const std::function<void()>& action); // on standard output
 
 // Expects that `action` ends the process with this status and exactly these words.
 void expectEnd(const std::function<void()>& action, int status, const std::string& out,
                const std::string& err);
 
-// Gives a member line of the cluster definition file. `names` are daemon short name, daemon address, admin
-// long name, daemon long name and admin short name, with blanks between them.
+// `names`: daemon short name, daemon address, admin long name, daemon long name, admin short name.
 std::string member(int number, const std::string& names, int level = 1900, const std::string& roles = "M");
 
-// Replace the nodes of the cluster, and /var/zelf/gen/zelf.cfg, until the end of the test.
+// Until the end of the test.
 void setCluster(const Names& lines);
 void setZelfCfg(const std::string& text);
 
@@ -58,8 +53,7 @@ public:
     int checkEnvironment() override { return 0; }
 };
 
-// Make a command line object for a subject and a verb. The objects live as long as the test program: their
-// destructor would take the cluster along.
+// The objects live as long as the test program: their destructor would take the cluster along.
 TestCli& makeCli(const Words& line = {});
 ZlCallhome& makeCallhome(const Words& line);
 
@@ -68,7 +62,6 @@ ZlCallhome& makeCallhome(const Words& line);
 class ZelfTest : public testing::Test {
 protected:
     void SetUp() override;
-    void TearDown() override;
 
     ZlErrorService& service = *ZlErrorService::errorServiceP;
 };
