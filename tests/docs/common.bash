@@ -19,8 +19,8 @@ finish() {
     echo passed
 }
 
-# make_installation TOOL: the tool in PATH among programs that do nothing, and a configuration with two groups. This
-# node is the server of one.
+# make_installation TOOL: the tool in PATH among programs that do nothing, and the configuration of the lab's page,
+# in which this node is the server of the group.
 make_installation() {
     local program
     ln -s "$1" /opt/zelf/bin/zelfhome
@@ -28,27 +28,8 @@ make_installation() {
     for program in zelf{ccr,monc,ctl,adm,mgr,prod,run,crclass,chclass,delclass} callhomeutils.pl; do
         ln -s /bin/true "/opt/zelf/bin/$program"
     done
-    cat >/var/zelf/tmp/_callhomeconfig <<'END'
-<callhomeTopology>
-    <callhomeGroup>
-        callhomeChildNodes = node3.zelf.test
-        callhomeNode = node3.zelf.test
-        masterReleaseVersion = 5.0.2.0
-        name = east
-    </callhomeGroup>
-    <callhomeGroup>
-        callhomeChildNodes = node1.zelf.test,node2.zelf.test
-        callhomeNode = node1.zelf.test
-        enabled = true
-        masterReleaseVersion = 5.0.2.0
-        name = west
-    </callhomeGroup>
-</callhomeTopology>
-customer-name = 100% O'Neil: Ltd
-daily = enabled
-enabled = true
-proxy-username = zelf
-END
+    sed -n "s/^    //; s/O'Neil Ltd/100% O'Neil: Ltd/; /^country\|^customer-id\|^email/d; /^<callhomeTopology>/,/^weekly/p" \
+        "$ROOT/lab/README.md" >/var/zelf/tmp/_callhomeconfig
     mkdir -p /var/zelf/tmp/callhome/progress
     echo 'x|daily|20260101000000||success|||RC=0|/t/callhome.node1.20260101.gat_daily.tar|id|a:b|' \
         >/var/zelf/tmp/callhome/progress/callhome-progress.daily

@@ -1,5 +1,5 @@
 """grammar.py: prints the commands that the tool declares, in the words of its manual page. A line for each: subject,
-verbs, "@server" where the group's server runs it, and "--name", "--name=type" or "#0#=type" each. "!": required."""
+verb, "@server" where the group's server runs it, and "--name", "--name=type" or "#0#=type" each. "!": required."""
 import itertools
 import pathlib
 import re
@@ -15,4 +15,5 @@ for row, text in re.findall(r"OptionRow (\w+)\[\] = (.*?);", source, re.S):
     options[row] = [(name or f"#{next(places)}#") + (tokens.get(words) or TYPES[kind]) + "!" * (required == "REQUIRED")
                     for name, kind, required, words in re.findall(r'\{"(.*?)", ZlCmd::(\w+), (\w+), (.*?)\}', text)]
 for subject, verbs, handling, row in re.findall(r'\{"(\w+)", "(.*?)", ZlCmd::REMOTE_(\w+), ([A-Z_]+|\{\}), ', source):
-    print(subject, verbs.replace(" | ", ","), *["@server"] * (handling == "NORMAL"), *options.get(row, ()))
+    for verb in verbs.split(" | "):
+        print(subject, verb, *["@server"] * (handling == "NORMAL"), *options.get(row, ()))

@@ -19,10 +19,9 @@ name=%3A\nshare:%=100%25\nnotes=
 name=\nshare:%=\r\t|\nnotes=C:\\x y\n\n%0A
 state=up'
 
-example awk >example.awk
 for awk in awk mawk gawk original-awk; do
     if command -v "$awk" >/dev/null; then
-        expect "$awk" "$wanted" "$(LC_ALL=C "$awk" -f example.awk <records)"
+        expect "$awk" "$wanted" "$(LC_ALL=C "$awk" -f <(example awk) <records)"
     fi
 done
 expect "python" "$wanted" "$(python3 <(example python) <records)"

@@ -7,20 +7,16 @@ import re
 import sys
 
 # Texts that begin so are results, the layout of the logs, or words of other programs. Then those that no verb reaches:
-# types and declarations, other nodes and managers, keys in the CCR, tables. All of tasks and locks stands in UNREACHED.
-OTHERS = """Version:|Usage:|=== List|Call home node:|Starting time:|End time:|Chunk size|Job ID|Trace messages start|
-Trace messager end|Debug Trace|#### function|The monitoring service is down|uplink available|passed rc=0|NOT OK|
-callhome installed|execchcommand|execzelfhome|zelfmon query|/|$(/|
+# types, other nodes and managers. UNREACHED are declarations, tables, tasks and locks, keys in the CCR, catalogue, trace.
+OTHERS = """Version:|Usage:|=== List|Call home node:|Starting time:|End time:|Chunk size|Job ID|Debug Trace|
+The monitoring service is down|uplink available|passed rc=0|NOT OK|callhome installed|execchcommand|execzelfhome|/|$(/|
 NO argument|ANY arguments|IP number|member of {|CES Node(s)|NO or ANY argument|string without any char|
-error at mapOption|which is required|which is not requiered|parser error:|' does not has any argument|
-helper script and function|Verb|invalid code|Program error|Adding options is not|possitional parameter|
-< cannot have token|A token must not|already replaced|already mapped|Command detection error|Invalid release:|
-Cannot detect local node|Cannot detect cluster|ZlCli::areNodesEqual a null|The ZELF daemon|Cannot access cluster|
-The cluster manager node|Required:|Process (|Could not find any active|Include collector nodes|
-There is at least one node|Cannot create temp file|No valid cluster|Open file failed|Read from file failed|
-At least one non valid|Define signal|Define default signal|ZlErrorService::addSigna|ZlErrorService::getStack|
-) runs as deamon|ccr vput|invalid key|Invalid version|getLastError|error while open file|No data available"""
-UNREACHED = r"/zl(function|comparator)\w*\.(cpp|h)$"
+error at mapOption|which is required|which is not requiered|parser error:|' does not has any argument|Program error|
+Command detection error|Invalid release:|Cannot detect local node|Cannot detect cluster|ZlCli::areNodesEqual a null|
+The ZELF daemon|Cannot access cluster|The cluster manager node|Required:|Process (|Could not find any active|
+Include collector nodes|There is at least one node|Cannot create temp file|No valid cluster|At least one non valid|
+Define signal|Define default signal|ZlErrorService::addSigna|ZlErrorService::getStack|) runs as deamon"""
+UNREACHED = r"/(zl(function|comparator)\w*|zltable|zlccrservice|zlerrorservice|zelfnls)\.(cpp|h)$|/zlcmd\.cpp$"
 TRACE = re.compile(r"\b(push(New|Debug)Msg|_?executeCMD|ioError|trace\w*)\(")
 TOKEN = re.compile(r"""//[^\n]*|"(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])+'|[;{}]|[^"'/;{}]+|.""", re.S)
 

@@ -34,22 +34,14 @@ page_commands() {
         section == "FORWARDING" && bullet == 1 && /^\.Cm / { at_server[$2 " " $3] }
         END { for (name in first) if (first[name] in at_server) print name " @server" }' "$PAGE" | sort
 }
-tool_commands() {
-    # shellcheck disable=SC2016 # the text is awk's
-    awk '{
-        for (count = split($2, verb, ","); count > 0; count--) {
-            print $1 " " verb[count]
-            for (i = 3; i <= NF; i++) print $1 " " verb[count] " " $i
-        }
-    }' <<<"$GRAMMAR" | sort
-}
-expect "commands" "$(tool_commands)" "$(page_commands)"
+# shellcheck disable=SC2016 # the text is awk's
+expect "commands" "$(awk '{ print $1, $2; for (i = 3; i <= NF; i++) print $1, $2, $i }' <<<"$GRAMMAR" | sort)" "$(page_commands)"
 
 # The usage texts name no verb and no option that the tool does not know.
 for subject in group capability info proxy schedule run status test zelfmon; do
     expect "usage of $subject" "Usage:" "$(zelfhome "$subject" 2>&1 |
         grep -oE -e "^Usage:|^\s+zelfhome $subject \w+|--[a-z-]+" | sed 's/.* //' |
-        grep -vxFf <(sed -n "s/^$subject //p" <<<"$GRAMMAR" | tr ' ,=!' '\n'))"
+        grep -vxFf <(sed -n "s/^$subject //p" <<<"$GRAMMAR" | tr ' =!' '\n'))"
 done
 
 # The options of all commands: the letters are the tool's, the long ones are accepted.
@@ -64,7 +56,7 @@ done < <(page_options | grep ^-)
 tool_columns() {
     local subject verb
     while read -r subject verb _; do
-        [[ $verb != list* ]] || printf '%s list:%s\n' "$subject" "$(zelfhome "$subject" list -Y | sed -n 's/.*:HEADER:version:reserved:reserved//; 1s/:/ /gp')"
+        [[ $verb != list ]] || printf '%s list:%s\n' "$subject" "$(zelfhome "$subject" list -Y | sed -n 's/.*:HEADER:version:reserved:reserved//; 1s/:/ /gp')"
     done <<<"$GRAMMAR"
 }
 columns=$(tool_columns | sed 's/ $//' | sort)
