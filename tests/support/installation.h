@@ -4,12 +4,114 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iomanip>
+#include <sstream>
 #include <string>
+#include <sys/wait.h>
 #include <tuple>
+#include <unistd.h>
 #include <vector>
 
 using Strings = std::vector<std::string>;
+
+const std::string TMP = "/var/zelf/tmp";
+const std::string LOG = TMP + "/zelfhome.log";
+const std::string DEBUG_LOG = TMP + "/debugzelfhome.log";
+
+// Gives a file's text, "(no such file)" when there is none.
+inline std::string readFile(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return file ? text.str() : "(no such file)";
+}
+
+// Writes a file, and makes the folders that it needs.
+inline void writeFile(const std::string& path, const std::string& text)
+{
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream file(path, std::ios::binary);
+    file << text << std::flush;
+    EXPECT_TRUE(file.good()) << "cannot write " << path;
+}
+
+inline Strings split(const std::string& text, char separator)
+{
+    Strings list;
+    std::istringstream stream(text);
+    for (std::string piece; std::getline(stream, piece, separator);) {
+        list.push_back(piece);
+    }
+    return list;
+}
+
+// One group of the configuration; nodes are short names, children separated by ",". No version: no such key.
+// `more` holds whole lines.
+inline std::string group(const std::string& name, const std::string& server, const std::string& children,
+                         const std::string& version, const std::string& more = "")
+{
+    std::string names;
+    for (const std::string& child : split(children, ',')) {
+        names += (names.empty() ? "" : ",") + child + ".zelf.test";
+    }
+    return "<callhomeGroup>\ncallhomeChildNodes = " + names + "\ncallhomeNode = " + server + ".zelf.test\n" +
+           (version.empty() ? "" : "masterReleaseVersion = " + version + "\n") + more + "name = " + name +
+           "\n</callhomeGroup>\n";
+}
+
+// The configuration with these groups, and `global` behind them.
+inline std::string topology(const std::string& groups, const std::string& global = "")
+{
+    return "<callhomeTopology>\n" + groups + "</callhomeTopology>\n" + global;
+}
+
+// Makes `text` the call-home configuration in the CCR.
+inline void configure(const std::string& text)
+{
+    writeFile("/opt/zelf/ccr/_callhomeconfig", text);
+}
+
+// Runs a piece of shell in /opt/zelf; $GEN and $TMP are the folders of /var/zelf.
+inline void shell(const std::string& script)
+{
+    const std::string all = "cd /opt/zelf; GEN=/var/zelf/gen TMP=/var/zelf/tmp; " + script;
+    ASSERT_EQ(std::system(all.c_str()), 0) << script;
+}
+
+// Such a piece that makes this the call-home configuration.
+inline std::string configured(const std::string& groups, const std::string& global = "")
+{
+    return "cat >ccr/_callhomeconfig <<'END'\n" + topology(groups, global) + "END\n";
+}
+
+// Makes the stand-in of a program end with this piece of shell; "$@" holds the arguments. "start" is what the
+// monitoring client does at the start of each run.
+inline void answer(const std::string& program, const std::string& script)
+{
+    writeFile("/opt/zelf/answers/" + program, script + "\n");
+}
+
+// The calls since it was last asked, in order, as the stand-ins have written them.
+inline Strings calls()
+{
+    Strings list = split(readFile("/opt/zelf/calls"), '\n');
+    writeFile("/opt/zelf/calls", "");
+    return list;
+}
+
+// The calls of every run that gets as far as the configuration, and `further` behind them.
+const std::string FETCH = "zelfccr fget _callhomeconfig /var/zelf/tmp/_callhomeconfig";
+inline Strings startThen(const Strings& further)
+{
+    Strings list = {"zelfctl nqStatus -q", "zelfmonc callhome ensureConfigInCCR", FETCH};
+    list.insert(list.end(), further.begin(), further.end());
+    return list;
+}
 
 // What the user sees of one run.
 struct Result {
@@ -18,13 +120,85 @@ struct Result {
     std::string err;
 
     bool operator==(const Result&) const = default;
+    friend std::ostream& operator<<(std::ostream& to, const Result& result)
+    {
+        return to << result.status << "\n--- out\n" << result.out << "--- err\n" << result.err << "---";
+    }
 };
-std::ostream& operator<<(std::ostream& out, const Result& result);
+
+// A good run that says this on standard output.
+inline Result success(const std::string& out)
+{
+    return {0, out, ""};
+}
+
+// What the framework says on a failure with status 1.
+inline Result failed(const std::string& response, const std::string& additionalMessages = "")
+{
+    const std::string more = "\nAdditional messages:\n" + additionalMessages + "\n";
+    return {1, "", response + "\n" + (additionalMessages.empty() ? "" : more)};
+}
+
+// What "info list" says of an empty configuration.
+const Result LISTED = success("group    customerName   customerID   email   countryCode   \n"
+                              "-------- -------------- ------------ ------- ------------- \n"
+                              "global                                                     \n");
+
+// True when a range error ended the run that nobody caught, with the trace saved or not.
+inline bool endedByRangeError(const Result& result)
+{
+    const bool traced = result.status == 1 && result.out == "An unexpected Error occured.\n";
+    return (result.status == -SIGABRT || traced) && result.err.find("std::out_of_range") != std::string::npos;
+}
+
+// Runs the tool with the words of `line`, as a shell would cut them at blanks; '...' holds words together.
+// The tool believes that it was called as `program`. Nothing may be left behind.
+inline Result runTool(const std::string& line, const std::string& program = "/opt/zelf/bin/zelfhome")
+{
+    Strings words = {program};
+    std::istringstream stream(line);
+    for (std::string word; stream >> std::quoted(word, '\'');) {
+        words.push_back(word);
+    }
+    std::vector<char*> argv;
+    for (std::string& word : words) {
+        argv.push_back(word.data());
+    }
+    argv.push_back(nullptr);
+    const pid_t pid = fork();
+    if (pid == 0) {
+        setpgid(0, 0); // a stand-in may kill its whole group
+        dup2(open("/dev/null", O_RDONLY | O_CLOEXEC), 0);
+        dup2(open("/opt/zelf/out", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), 1);
+        dup2(open("/opt/zelf/err", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), 2);
+        execv(ZELFHOME_TOOL, argv.data());
+        _exit(126);
+    }
+    int status = -1;
+    waitpid(pid, &status, 0);
+    std::error_code missing;
+    for (const auto& entry : std::filesystem::directory_iterator(TMP, missing)) {
+        const std::string name = entry.path().filename();
+        const bool stays = name == "_callhomeconfig" || name == "zelfall.rel" || name == "callhome";
+        EXPECT_TRUE(stays || name.ends_with(".log")) << name;
+    }
+    return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), readFile("/opt/zelf/out"),
+            readFile("/opt/zelf/err")};
+}
+
+// A run: the line, what is done ahead, by a piece of shell, what the user sees, the calls behind the start.
+using Run = std::tuple<std::string, std::string, Result, std::string>;
+inline void expectRun(const std::string& line, const std::string& ahead, const Result& expected,
+                      const std::string& further)
+{
+    shell(ahead);
+    EXPECT_EQ(runTool(line), expected);
+    EXPECT_EQ(calls(), startThen(split(further, '\n')));
+}
 
 class Installation : public testing::Test {
 protected:
-    void SetUp() override;
-    void TearDown() override;
+    void SetUp() override { shell(ZELFHOME_SOURCE_DIR "/tests/support/prepare"); }
 
     // Checks each row of a table of tuples in an installation of its own. The first cell names the row.
     template <typename Row, size_t N, typename Check>
@@ -34,70 +208,6 @@ protected:
             SCOPED_TRACE(std::get<0>(row));
             SetUp();
             std::apply(check, row);
-            TearDown();
         }
     }
 };
-
-// Runs the tool with the words of `line`, as a shell would cut them at blanks; '...' and "..." hold words
-// together. The tool believes that it was called as `program`. The words of $ZELFHOME_WRAPPER, such as
-// "strace -fo FILE" or "valgrind --log-file=FILE", go ahead of it. Nothing may be left behind.
-Result runTool(const std::string& line, const std::string& program = "/opt/zelf/bin/zelfhome");
-
-// A good run that says this on standard output.
-Result success(const std::string& out);
-
-// What the framework says on a failure with status 1.
-Result failed(const std::string& response, const std::string& additionalMessages = "");
-
-// True when a range error ended the run that nobody caught, with the trace saved or not.
-bool endedByRangeError(const Result& result);
-
-// --- the programs ----------------------------------------------------------------------------------------
-
-// Makes the stand-in of a program end with this piece of shell; "$@" holds the arguments. "start" is what the
-// monitoring client does at the start of each run.
-void answer(const std::string& program, const std::string& script);
-
-// Runs a piece of shell in /opt/zelf; $GEN and $TMP are the folders of /var/zelf.
-void shell(const std::string& script);
-
-// The calls since it was last asked, in order: program and words, with a blank between each two. An
-// empty word and one with blanks or quotes is shown in single quotes, with a backslash ahead of those in it.
-Strings calls();
-
-// The calls of every run that gets as far as the configuration, and `further` behind them.
-Strings startThen(const Strings& further);
-
-// --- the files -------------------------------------------------------------------------------------------
-
-const std::string TMP = "/var/zelf/tmp";
-const std::string LOG = TMP + "/zelfhome.log";
-const std::string DEBUG_LOG = TMP + "/debugzelfhome.log";
-
-// Writes a file, and makes the folders that it needs.
-void writeFile(const std::string& path, const std::string& text);
-
-// Gives a file's text, "(no such file)" when there is none.
-std::string readFile(const std::string& path);
-
-// Cuts a text at a byte.
-Strings split(const std::string& text, char separator);
-
-// What the log says behind `begin`, up to the line's end, for each line that begins so.
-Strings logged(const std::string& begin);
-
-// Replaces all that an extended regular expression matches. (g++ 12 does not get through std::regex with
-// sanitizers and all warnings.)
-std::string replaced(const std::string& text, const char* expression, const char* by);
-
-// Makes `text` the call-home configuration in the CCR.
-void configure(const std::string& text);
-
-// One group of the configuration; nodes are short names, children separated by ",". No version: no such key.
-// `more` holds whole lines.
-std::string group(const std::string& name, const std::string& server, const std::string& children,
-                  const std::string& version, const std::string& more = "");
-
-// The configuration with these groups, and `global` behind them.
-std::string topology(const std::string& groups, const std::string& global = "");

@@ -1,7 +1,5 @@
-// tasktool MODE NAME ID COMMAND: a command that declares a lock, which no verb of zelfhome does. The cluster
-// tests run it on the lab's nodes.
-//
-// MODE is "node" or "cluster", NAME the task's name. The task runs the shell command, and its status is its
+// tasktool MODE NAME ID COMMAND: a command that declares a lock, which no verb of zelfhome does, for the
+// cluster tests. MODE is "node" or "cluster", NAME the task's name; the status of the shell command is its
 // result.
 #include <cerrno>
 
@@ -11,23 +9,9 @@
 
 namespace {
 
-int work();
-
 class TaskCli final : public ZlCli {
 public:
-    TaskCli(int argc, char** argv) : ZlCli(argc, argv, emptyStrg, emptyStrg, emptyStrg)
-    {
-        parseCmdLine(argc, argv);
-        ZlCmd command(this, emptyStrg, emptyStrg, emptyStrg, nullptr, nullptr, 0);
-        command(subject, verb, work, nullptr, 0);
-        command("ID", ZlCmd::INT, true, emptyStrg, nullptr, 0);
-        command("COMMAND", ZlCmd::ANY, true, emptyStrg, nullptr, 0);
-        command.setRemoteNodeHandling(ZlCmd::REMOTE_LOCAL_ONLY);
-        command.setFunctionMode(subject == "cluster" ? ZlFunction::MODE_SINGLE_IN_CLUSTER
-                                                     : ZlFunction::MODE_SINGLE_ON_NODE,
-                                verb);
-        command.validate(shellCmd, verb, cmdOptions);
-    }
+    using ZlCli::ZlCli;
     int checkEnvironment() override { return 0; }
 };
 
@@ -42,8 +26,18 @@ int work()
 
 int main(int argc, char** argv)
 {
-    TaskCli cli(argc, argv);
+    TaskCli cli(argc, argv, emptyStrg, emptyStrg, emptyStrg);
     cliP = &cli;
+    cli.parseCmdLine(argc, argv);
+    ZlCmd command(&cli, emptyStrg, emptyStrg, emptyStrg, nullptr, nullptr, 0);
+    command(cli.subject, cli.verb, work, nullptr, 0);
+    command("ID", ZlCmd::INT, true, emptyStrg, nullptr, 0);
+    command("COMMAND", ZlCmd::ANY, true, emptyStrg, nullptr, 0);
+    command.setRemoteNodeHandling(ZlCmd::REMOTE_LOCAL_ONLY);
+    command.setFunctionMode(cli.subject == "cluster" ? ZlFunction::MODE_SINGLE_IN_CLUSTER
+                                                     : ZlFunction::MODE_SINGLE_ON_NODE,
+                            cli.verb);
+    command.validate(cli.shellCmd, cli.verb, cli.cmdOptions);
     errno = 0; // a lock in a file takes a former error for its own
     cli.execCmdRc = cli.functions.front().execute();
     return cli.execCmdRc;
