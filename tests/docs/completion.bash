@@ -53,9 +53,9 @@ session() {
     printf '%s\n' "${rows[@]%% = *}" exit | sed 's/\^/\t/g; s/\*/\x1b*/g' >"$DESK/keys"
     (cd / && HOME=$DESK INPUTRC=/dev/null SHELL=/bin/bash timeout 20 \
         setpriv --reuid 65534 --regid 65534 --clear-groups script -qec "$2 -i" /dev/null) \
-        <"$DESK/keys" >/tmp/transcript 2>&1 || true
+        <"$DESK/keys" >/var/zelf/transcript 2>&1 || true
     expect "$name" "$(printf '%s\n' "${rows[@]#* = }")" "$(cat "$DESK/calls")"
-    expect "$name: no words at the prompt" "" "$(grep -aE '(bash|zsh|awk|compopt|script|rc|_zelfhome[a-z_]*): ' /tmp/transcript)"
+    expect "$name: no words at the prompt" "" "$(grep -aE '(bash|zsh|awk|compopt|script|rc|_zelfhome[a-z_]*): ' /var/zelf/transcript)"
 }
 
 for shell in bash zsh; do
@@ -98,7 +98,7 @@ zelfhome ^cap^^ = capability
 zelfhome group ^list --^ = group list --
 END
 for line in 'capability  *-- The switch' 'ls  *-- Show the groups' '--long  *-- Show long names'; do
-    grep -aq -- "$line" /tmp/transcript || expect "descriptions" "$line" "$(</tmp/transcript)"
+    grep -aq -- "$line" /var/zelf/transcript || expect "descriptions" "$line" "$(</var/zelf/transcript)"
 done
 
 for settings in bash:"set -eufo noclobber; shopt -s failglob nocasematch; IFS=,:n" zsh:"setopt ksh_arrays sh_word_split; IFS=,:n"; do
