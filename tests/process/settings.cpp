@@ -52,8 +52,8 @@ const std::string OLD = configured(group("g", "node2", "node1,node2", "4.2.3.6")
 const std::string SECTIONS = configured(
     group("a", "node2", "node3", "", "enabled = TRUE\nproxy-username =\ndaily = enabled\nweekly = odd\n") +
         group("z", "node2", "node3", "", "proxy-location = unseen\n"),
-    "enabled = true\nproxy-username = u:1\nproxy-password = s3cret\nproxy-enabled = true\n"
-    "weekly = disabled\n");
+    "enabled = true\nproxy-username = u:1\nproxy-password = s3cret\nproxy-enabled = true\n" + PROXY +
+        "weekly = disabled\n");
 
 const Run SETTINGS[] = {
     // What is changed is quoted for the shell.
@@ -98,7 +98,7 @@ const Run SETTINGS[] = {
     {"proxy ls -Y", SECTIONS,
      success("zelfhome:proxyLs:HEADER:version:reserved:reserved:group:proxyAuthEnabled:proxyEnabled:"
              "proxyLocation:proxyPort:proxyUsername:\n"
-             "zelfhome:proxyLs:0:1:::global::true:::u%3A1:\n"
+             "zelfhome:proxyLs:0:1:::global::true:p:1:u%3A1:\n"
              "zelfhome:proxyLs:0:1:::a::::::\n"),
      ""},
     {"schedule list", SECTIONS,

@@ -46,6 +46,7 @@ const std::tuple<std::string, std::string, Result, size_t> STARTS[] = {
     {"echo 'echo no quorum; echo really >&2; exit 1' >answers/zelfccr", "info list", NO_FILE, 3},
     {LOCAL_COPY, "info list", LISTED, 3},
     {LOCAL_COPY + "; echo exit 150 >answers/zelfccr", "info list", NO_FILE, 3},
+    {LOCAL_COPY + "; rm $TMP/_callhomeconfig", "info list", NO_FILE, 3},
 
     {"rm $GEN/zelf.cfg", "--version", NO_CFG, 0},
     {"echo useless >$GEN/zelf.cfg", "group list x", SURPLUS, 1},
