@@ -144,7 +144,5 @@ void ZelfTest::SetUp()
     setCluster({lines.begin(), lines.end()});
     Info::defineAllNode(Names());
     Info::cluserLevelToNameP->clear();
-    ZlErrorService::controlFlags = 0;
-    Info::controlState = 1;
     errno = 0;
 }

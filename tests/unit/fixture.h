@@ -61,6 +61,11 @@ ZlCallhome& makeCallhome(const Words& line);
 // node, nothing traced and no error number.
 class ZelfTest : public testing::Test {
 protected:
+    ZelfTest() // ahead of the commands that a test's own objects run
+    {
+        ZlErrorService::controlFlags = 0;
+        Info::controlState = 1;
+    }
     void SetUp() override;
 
     ZlErrorService& service = *ZlErrorService::errorServiceP;

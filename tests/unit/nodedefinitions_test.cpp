@@ -17,7 +17,6 @@ TEST_F(NodeDefinitionsTest, ANodeGoesBeforeAFileAndAFileBeforeAClass)
 {
     std::filesystem::current_path(TMP);
     setCluster({member(1, "a - long1"), member(2, "b - long2")});
-    // Nodes "a" and "b", files, and classes.
     const std::pair<std::string, std::string> files[] = {{"a", "b"},
                                                          {"f", "b\nf2\n"},
                                                          {"f2", "C\nnosuch"},

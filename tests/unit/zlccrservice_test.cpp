@@ -12,7 +12,6 @@ TEST_F(ZlCcrServiceTest, RepliesOfVget)
 {
     const std::pair<const char*, NumberAndText> cases[] = {
         {"echo 'x:12:n,77,locked,5'", {12, "n,77,locked,5"}},
-        {"echo x:7", {-1, ""}},
         {"printf x:7:abc", {-1, ""}}, // no newline
         {"echo x:7:a; exit 3", {0, "invalid key the.key"}}};
     for (const auto& [script, result] : cases) {

@@ -114,7 +114,6 @@ TEST_F(ZlCmdTest, ALineIsTakenOrRefusedForItsFirstFault)
     }
 }
 
-// Commands with functions, a usage of their own, or no validation, which this tool has none of.
 TEST_F(ZlCmdTest, WhatValidationLeavesForOtherCommands)
 {
     ZlCmd cmd = command({});

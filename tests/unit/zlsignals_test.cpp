@@ -19,7 +19,6 @@ TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
         const std::string received =
             std::string("\nInterrupt signal SIG") + sigabbrev_np(number) + " (" + text + ") received.\n\n";
         SetUp();
-        // The tool itself, from within a command; it waits for output then.
         install("zelfctl", "sleep 0.2; trap '' " + text + "; kill -" + text + " 0; sleep 0.1");
         const auto run = [] {
             setpgid(0, 0);
@@ -35,9 +34,9 @@ TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
 
 TEST_F(ZlSignalsTest, TheEndOfACommandSetsTheAlarmOfADaemonOnly)
 {
-    for (const unsigned seconds : {0U, 10U}) {
+    for (const bool isDaemon : {false, true}) {
         _executeCMD("sleep 0.1", nullptr); // it ends while this process waits
-        EXPECT_EQ(alarm(0), seconds);
+        EXPECT_EQ(alarm(0) >= 9, isDaemon);
         ZlErrorService::controlFlags |= ZlErrorService::CHILD_IS_DAEMON;
     }
 }
