@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "services/executecmd.h"
+#include "services/heldsignal.h"
 #include "services/zlfunction.h"
 
 namespace {
@@ -42,6 +43,7 @@ protected:
     // Executes a task up to the end of its worker. Gives what both print.
     std::string execute(int (*function)())
     {
+        const HeldSignal endOfWorker(SIGCHLD); // whose handler writes the trace in the midst of anything
         return printed([&] {
             std::cout << "once, ";
             result = task(function).execute();
@@ -73,7 +75,6 @@ TEST_F(ZlFunctionTest, ATaskFromItsStartToItsEnd)
     });
     EXPECT_EQ(result, 0);
     EXPECT_EQ(WEXITSTATUS(status), 7);
-    // Each part once, the last two in any order.
     const std::string started = "Worker process started: " + worker + " taskID = 5\n";
     const std::string redirected = "Child got lock. Send to background. Output redirected to "
                                    "/var/zelf/tmp/task.stdout, /var/zelf/tmp/task.stderr\n";
@@ -102,7 +103,6 @@ TEST_F(ZlFunctionTest, HowATaskLeavesTheEntry)
         {[] { return -2; }, "", 0, "x:3:node1.zelf.test,W,failed,5\n"},
         {succeed, "case $7 in *locked_by_child*) exit 1 ;; esac\n", 1,
          "x:1:node1.zelf.test," + here + ",locked_by_parent,5\n"},
-        // Somebody else comes in between.
         {succeed, "case $7 in *locked_by_p*) printf '" + foreign + "' >/var/zelf/tmp/key; exit ;; esac\n", 1,
          foreign}};
     for (const auto& [function, zelfccr, exitStatus, entry] : cases) {
