@@ -114,7 +114,7 @@ TEST_F(SendFile, TheServiceIsToldOfEachChunkAndGetsWhatIsThere)
         }
         EXPECT_EQ(readFile("/var/zelf/told"), told);
         // On the server nobody but the service removes a chunk. All permission bits are set.
-        shell("cd /var/zelf; { " + got + "; } | cmp - case; while read -r job chunk rest; do " +
+        shell("cd /var/zelf; { " + got + "; } | cmp - case && while read -r job chunk rest; do " +
               "[ $(stat -c %a $chunk) = 666 ] || exit; done <told");
     });
 }
