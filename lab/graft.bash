@@ -22,6 +22,7 @@ mirror() {
 graft() {
     local tree=$1 name=$2 folder=$3 scratch=$4 source=$5 entry
     shopt -s dotglob nullglob
+    mkdir -p -- "$tree" # dpkg takes /opt away with the last package that had something in it
     mount -n -t tmpfs -o "mode=$(stat -L -c %a -- "$tree")" "$source" "$scratch"
     # The folder may lie below TREE. Then the recursive bind would copy the scratch folder into itself.
     mount -n --make-unbindable "$scratch"
