@@ -60,7 +60,8 @@ void expectIn(const std::string& text, const std::string& part)
 void install(const std::string& name, const std::string& script)
 {
     const std::string path = "/opt/zelf/bin/" + name;
-    writeFile(path, "#!/bin/sh\n{ printf '" + name + "'; [ $# = 0 ] || printf ' [%s]' \"$@\"; echo; } >>" +
+    // In one write: two may record at once.
+    writeFile(path, "#!/bin/sh\nprintf '%s\\n' \"" + name + "$([ $# = 0 ] || printf ' [%s]' \"$@\")\" >>" +
                         GEN + "calls\n" + script + "\n");
     fs::permissions(path, fs::perms::all);
 }

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <tuple>
+#include <unistd.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -64,6 +65,7 @@ protected:
     ZelfTest() // ahead of the commands that a test's own objects run
     {
         ZlErrorService::controlFlags = 0;
+        alarm(0); // which a daemon sets
         Info::controlState = 1;
     }
     void SetUp() override;
