@@ -59,8 +59,8 @@ public:
     // result.
     std::pair<int, int> runChild();
 
-    // Writes `state` into the lock when nothing stands against it. 0 for success, else what
-    // does, 1, or what the write gave.
+    // Writes `state` into the lock when nothing stands against it. 0 for success, else what does, 1, or
+    // what the write gave.
     int setLock();
 
     // Decides whether this process may write the lock: STATE_FREE, or what stands against it.
