@@ -1,7 +1,6 @@
 #include "services/zlerrorservice.h"
 
 #include <iostream>
-#include <utility>
 
 #include "services/kepterrno.h"
 #include "services/logfile.h"
@@ -99,20 +98,22 @@ void ZlErrorService::writeTrace()
     }
     const std::string endTime = ZlTime::TimestampISO8601();
 
+    // The lists keep their room when they are emptied: the handler of SIGCHLD may come in the midst of an
+    // allocation here, and must not need one.
     if (!errorTrace.empty()) {
-        const std::string lines = std::exchange(errorTrace, {});
         // Support scripts match "messager".
-        appendToLog(logFilePath + logFileName,
-                    "\nTrace messages start at: " + startTime + "\n" + lines +
-                        "Trace messager end at: " + endTime + "\n",
-                    maxSizeLogfile);
+        const std::string section = "\nTrace messages start at: " + startTime + "\n" + errorTrace +
+                                    "Trace messager end at: " + endTime + "\n";
+        errorTrace.clear();
+        appendToLog(logFilePath + logFileName, section, maxSizeLogfile);
     }
     if (!debugTrace.empty()) {
-        const std::string lines = std::exchange(debugTrace, {});
-        const std::string functions = std::exchange(functionTrace, {});
-        replaceLog(logFilePath + "debug" + logFileName, "Debug Trace start at: " + startTime + "\n" + lines +
-                                                            "\n#### function trace ####\n" + functions +
-                                                            "Debug Trace end at: " + endTime + "\n");
+        const std::string text = "Debug Trace start at: " + startTime + "\n" + debugTrace +
+                                 "\n#### function trace ####\n" + functionTrace +
+                                 "Debug Trace end at: " + endTime + "\n";
+        debugTrace.clear();
+        functionTrace.clear();
+        replaceLog(logFilePath + "debug" + logFileName, text);
     }
 }
 

@@ -67,6 +67,12 @@ void ZlErrorService::analyseSiginfo(const siginfo_t* info)
 
 void ZlErrorService::signalHandler(int signal, siginfo_t* info, void* /*context*/)
 {
+    // A second abort() comes from in here: memory is broken for good.
+    static volatile std::sig_atomic_t isAborting = 0;
+    if (signal == SIGABRT && isAborting != 0) {
+        _exit(1);
+    }
+    isAborting = signal == SIGABRT;
     const KeptErrno kept;
     ZL_TRACE();
     analyseSiginfo(info);

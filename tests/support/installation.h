@@ -152,10 +152,13 @@ inline bool endedByRangeError(const Result& result)
 }
 
 // Runs the tool with the words of `line`, as a shell would cut them at blanks; '...' holds words together.
-// The tool believes that it was called as `program`. Nothing may be left behind.
+// The tool believes that it was called as `program`, unless ZELFHOME_WRAPPER puts another command around it:
+// gdb, strace, valgrind. Nothing may be left behind, and no section of a log without its end.
 inline Result runTool(const std::string& line, const std::string& program = "/opt/zelf/bin/zelfhome")
 {
-    Strings words = {program};
+    const char* wrapper = std::getenv("ZELFHOME_WRAPPER");
+    Strings words =
+        wrapper == nullptr ? Strings{program} : split(wrapper + std::string(" " ZELFHOME_TOOL), ' ');
     std::istringstream stream(line);
     for (std::string word; stream >> std::quoted(word, '\'');) {
         words.push_back(word);
@@ -171,7 +174,7 @@ inline Result runTool(const std::string& line, const std::string& program = "/op
         dup2(open("/dev/null", O_RDONLY | O_CLOEXEC), 0);
         dup2(open("/opt/zelf/out", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), 1);
         dup2(open("/opt/zelf/err", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), 2);
-        execv(ZELFHOME_TOOL, argv.data());
+        execvp(wrapper == nullptr ? ZELFHOME_TOOL : argv[0], argv.data());
         _exit(126);
     }
     int status = -1;
@@ -181,6 +184,14 @@ inline Result runTool(const std::string& line, const std::string& program = "/op
         const std::string name = entry.path().filename();
         const bool stays = name == "_callhomeconfig" || name == "zelfall.rel" || name == "callhome";
         EXPECT_TRUE(stays || name.ends_with(".log")) << name;
+        bool isOpen = false;
+        for (const std::string& text :
+             name.ends_with(".log") ? split(readFile(entry.path()), '\n') : Strings()) {
+            const bool begins = text.starts_with("Trace messages start at: ");
+            EXPECT_FALSE(begins && isOpen) << name;
+            isOpen = begins || (isOpen && !text.starts_with("Trace messager end at: "));
+        }
+        EXPECT_FALSE(isOpen) << name;
     }
     return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), readFile("/opt/zelf/out"),
             readFile("/opt/zelf/err")};

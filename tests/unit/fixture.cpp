@@ -132,6 +132,9 @@ void ZelfTest::SetUp()
             _exit(99);
         }
     });
+    ZlErrorService::controlFlags = 0;
+    alarm(0); // which a daemon sets
+    Info::controlState = 1;
     service.setLogFileName("test");
     service.writeTrace();
     for (const std::string& folder : {std::string("/opt/zelf/bin"), TMP, GEN + "nodeFiles"}) {

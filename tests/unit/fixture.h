@@ -62,12 +62,7 @@ ZlCallhome& makeCallhome(const Words& line);
 // node, nothing traced and no error number.
 class ZelfTest : public testing::Test {
 protected:
-    ZelfTest() // ahead of the commands that a test's own objects run
-    {
-        ZlErrorService::controlFlags = 0;
-        alarm(0); // which a daemon sets
-        Info::controlState = 1;
-    }
+    ZelfTest() { ZelfTest::SetUp(); } // before the commands that a test's own objects run
     void SetUp() override;
 
     ZlErrorService& service = *ZlErrorService::errorServiceP;

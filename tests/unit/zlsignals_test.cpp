@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <unistd.h>
 
@@ -30,6 +31,15 @@ TEST_F(ZlSignalsTest, AnEndBySignalLeavesBothLogsAndOneLine)
         EXPECT_EQ(log.find("(main+") != std::string::npos, number == SIGSEGV);
         expectIn(contentOf(TMP + "debugchild.log"), received);
     }
+}
+
+TEST_F(ZlSignalsTest, AnAbortWithinAnAbortEndsAtOnce)
+{
+    const auto run = [] {
+        std::atexit(std::abort);
+        std::abort();
+    };
+    expectEnd(run, 1, "An unexpected Error occured.\n", "");
 }
 
 TEST_F(ZlSignalsTest, TheEndOfACommandSetsTheAlarmOfADaemonOnly)
