@@ -65,13 +65,14 @@ TEST_F(Installation, RunsNeedTheirSurroundingsAndGoToTheHelperProgram)
 TEST_F(Installation, RecordsShowTheNewestLineOfEachRunAndTheNewestRunFirst)
 {
     shell(member());
-    writeFile(PROGRESS + "daily",
-              record("daily", "1", "A") + record("daily", "2", "B") + record("daily", "1", "C"));
+    writeFile(PROGRESS + "daily", record("daily", "0", "Z") + record("daily", "1", "A") +
+                                      record("daily", "2", "B") + record("daily", "1", "C"));
     writeFile(PROGRESS + "sendfile", "one|field\n" + record("sendfile", "1", "S", "noslash.gat_x", "5") +
                                          "|||||||||||\n" + "|||||||||||x|\n");
     EXPECT_EQ(runTool("status list -Y --task DAILY --numbers 1"),
               success(HEADER + "zelfhome:statusList:0:1:::g:daily:1:C:0:id:orig:callhome.1.gat_s.tar:\n"
                                "zelfhome:statusList:0:1:::g:daily:2:B:0:id:orig:callhome.1.gat_s.tar:\n"
+                               "zelfhome:statusList:0:1:::g:daily:0:Z:0:id:orig:callhome.1.gat_s.tar:\n"
                                "zelfhome:statusList:0:1:::g::::::::\n"
                                "zelfhome:statusList:0:1:::g:sendfile:1:S:5:id:orig:noslash.gat_x:\n"));
 }

@@ -45,6 +45,19 @@ TEST_F(ZlCallhomeTest, ChangesInMemoryAndWritesTheWholeFileBack)
     EXPECT_EQ(text.str(), groups + "customer-name = The Name\nenabled = true\n");
     install("zelfccr", "exit 1");
     expectEnd([this] { callhome->writeConfig(); }, 1, "", "Failed\n");
+    callhome->config.clear();
+    EXPECT_EQ(callhome->getConfig(text), 1U);
+}
+
+TEST_F(ZlCallhomeTest, TheNodesAreThoseOfTheConfigurationAsItStands)
+{
+    const std::string group = "<callhomeTopology>\n<callhomeGroup>\ncallhomeNode = s\ncallhomeChildNodes = ";
+    setConfigFile(group + "node1.zelf.test,c\nname = g\n</callhomeGroup>\n</callhomeTopology>\n");
+    EXPECT_EQ(callhome->getCallhomeChilds(), (Names{"c", "node1.zelf.test"}));
+    EXPECT_EQ(callhome->getCallhomeNode(), "s");
+    setConfigFile(group + "c\nname = g\n</callhomeGroup>\n</callhomeTopology>\n");
+    EXPECT_EQ(callhome->getCallhomeNodes(), Names{"s"});
+    EXPECT_EQ(callhome->getCallhomeNode(), "");
 }
 
 TEST_F(ZlCallhomeTest, CommandsThatRecreateASection)

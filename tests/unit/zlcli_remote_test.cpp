@@ -28,6 +28,41 @@ TEST_F(ZlCliRemoteTest, WhatNodesMeanForACommand)
     }
 }
 
+TEST_F(ZlCliRemoteTest, CommandsOfManagerAndCollector)
+{
+    const std::tuple<const char*, std::string, std::string> cases[] = {
+        // the program that names the node, how, and the node that takes the command or the refusal
+        {"zelfmgr", "echo - - - node2", "node2.zelf.test"},
+        {"zelfmgr", "echo - - - node1", ""}, // this node
+        {"zelfmgr", "exit 1",
+         "^Cannot detect cluster manager node.\n\nAdditional messages:\nThe ZELF daemon"},
+        {"zelfmgr", "echo - - - node4",
+         "^Cannot access cluster manager node.\n\nAdditional messages:\n"
+         "The cluster manager node node4.zelf.test is 1500 Required: 1600\n"},
+        {"zelfccr", "echo node3:active >$3", "node3.zelf.test"},
+        {"zelfccr", "echo node1:active >$3", ""},
+        {"zelfccr", "exit 7", "^Could not find any active collector node.\n"}};
+    install("zelfprod", "");
+    for (const auto& [program, script, result] : cases) {
+        install(program, script);
+        ZlCmd cmd(&cli, "status", "list", "", nullptr, nullptr, 1900);
+        cmd.setRemoteNodeHandling(program == std::string("zelfmgr") ? ZlCmd::REMOTE_CLUSTER_MANAGER
+                                                                    : ZlCmd::REMOTE_COLLECTOR);
+        cli.setRemoteExecution(false);
+        Info::validNodesP->clear();
+        if (result.starts_with("^")) {
+            EXPECT_EXIT(cmd.processRemoteNodeHandling(), testing::ExitedWithCode(1), result);
+            continue;
+        }
+        cmd.processRemoteNodeHandling();
+        EXPECT_EQ(toString(*Info::validNodesP, ","), result);
+        EXPECT_EQ(cli.doRemoteExecution(), !result.empty());
+        cli.setRemoteExecution(true);
+        EXPECT_EXIT(cmd.processRemoteNodeHandling(), testing::ExitedWithCode(1),
+                    "^zelfhome status: Incorrect option:");
+    }
+}
+
 TEST_F(ZlCliRemoteTest, TheEncodedLine)
 {
     cli.cmdOptions = {"a b", ""};

@@ -29,11 +29,32 @@ TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
     EXPECT_TRUE(seven < 7 && !(four < 7)); // an equality, and the next a difference
     EXPECT_TRUE(seven < std::string("other") && !(seven < std::string("dl7")));
     EXPECT_TRUE(seven.equal(7) && seven.equal(seven) && !seven.equal(four));
-    // Assignment leaves the roles behind, a copy takes them along.
-    four.setOtherNodeRoles("Q");
-    four = seven;
-    EXPECT_EQ(four.getOtherNodeRoles() + ZlClusterNode(seven).getOtherNodeRoles(), "QMX");
-    EXPECT_EQ(four.getAdminLongName() + four.getDaemonIP(), "a710.0.0.7");
+}
+
+TEST_F(ZlClusterInfoTest, FieldsOfANode)
+{
+    using Node = ZlClusterNode;
+    ZlClusterNode node;
+    node.setLevel("1800x");
+    node.setNumber("-7x");
+    node.setRelease("r");
+    node.setDaemonShortName("ds");
+    node.setDaemonLongName("dl");
+    node.setAdminShortName("as");
+    node.setAdminLongName("al");
+    node.setDaemonIP("ip");
+    node.setOtherNodeRoles("Q");
+    ZlClusterNode assigned;
+    assigned = node;
+    for (const Node& same : {node, Node(node), assigned}) {
+        std::string all = toString(same.getLevel()) + toString(same.getNumber());
+        for (const auto get : {&Node::getRelease, &Node::getDaemonShortName, &Node::getDaemonLongName,
+                               &Node::getAdminShortName, &Node::getAdminLongName, &Node::getDaemonIP}) {
+            all += " " + (same.*get)();
+        }
+        EXPECT_EQ(all, "1800-7 r ds dl as al ip");
+    }
+    EXPECT_EQ(Node(node).getOtherNodeRoles() + assigned.getOtherNodeRoles(), "Q"); // not assigned
 }
 
 TEST_F(ZlClusterInfoTest, EveryLookUpIsTheWalkWhateverHappensToTheSet)

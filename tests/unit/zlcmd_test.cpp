@@ -49,7 +49,9 @@ TEST_F(ZlCmdTest, BoundariesOfEachType)
         {ZlCmd::EMAIL, "", {"a@", "a@b c"}, {"", "a", "@a", "a@b@c"}},
         {ZlCmd::COUNTRY_CODE, "", {"AZ", "ZA"}, {"D", "De", "DEU", "D1"}},
         {ZlCmd::TOKEN_OPTION, "A | B", {"", "a", "B"}, {"C", "A | B"}},
-        {ZlCmd::TOKEN_AS_TYPE, "INT", {"5"}, {"x"}},
+        {ZlCmd::TOKEN_AS_TYPE, "INT", {"5"}, {"x", "1.5"}},
+        {ZlCmd::TOKEN_AS_TYPE, "DECIMAL", {"1.5"}, {"x.y"}},
+        {ZlCmd::TOKEN_AS_TYPE, "ALPHA", {"x"}, {"5"}},
         {ZlCmd::TOKEN_AS_TYPE, "INT | word", {}, {"5", "word"}},
         {ZlCmd::EXCLUSIV_CHAR, "a | b", {"", "xyz"}, {"xa", "b", "x y", "|"}},
         {ZlCmd::CES_NODE, "", {"n1"}, {"n1,n2", "n3"}}};
@@ -157,6 +159,17 @@ TEST_F(ZlCmdTest, WhatPassesIsMappedInTheOrderOfTheKeys)
     EXPECT_EQ(cli.verb + cli.getShellCmd(), "builtscript");
     EXPECT_EQ(ZlErrorService::controlFlags, 2U);
     EXPECT_EQ(cli.getParserBits(), 1024U + 2048U);
+
+    const std::tuple<void (ZlCmd::*)(const std::string&, const std::string&), std::string, std::string>
+        again[] = {
+            {&ZlCmd::addMapping, "a", "addMapping\n\nAdditional messages:\na already replaced\n"},
+            {&ZlCmd::addVerbMapping, "do", "addVerbMapping\n\nAdditional messages:\ndo already replaced\n"},
+            {&ZlCmd::addVerbToCmdMapping, "do",
+             "addVerbToCmdMapping\n\nAdditional messages:\ndo already mapped\n"}};
+    for (const auto& [add, from, words] : again) {
+        expectEnd([&, add = add, &name = from] { (cmd.*add)(name, "x"); }, 1, "",
+                  "Program error at  ZlCmd::" + words);
+    }
 }
 
 TEST_F(ZlCmdTest, OrderOfCommandsIsDescendingButForSharedAlternatives)

@@ -40,6 +40,9 @@ TEST_F(ZlFileIOTest, BytesInMemory)
     file.prepend("left long", 5);
     file.getData(&text);
     EXPECT_EQ(text, "left \na\nb\nright");
+    const char* const none = nullptr;
+    EXPECT_EQ(file.append(none, 1) + file.prepend(none, 1) + file.setData(none, 1), 3);
+    EXPECT_EQ(file.append("!", 1) + file.getSize(), 16);
 }
 
 TEST_F(ZlFileIOTest, AWriteReplacesTheFileAndGivesWhatErrnoHolds)

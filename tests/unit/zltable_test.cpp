@@ -1,6 +1,7 @@
 // Tables for people and for scripts, and the merging of colon records.
 #include "fixture.h"
 
+#include <memory>
 #include <random>
 #include <stdexcept>
 #include <utility>
@@ -134,4 +135,17 @@ TEST_F(ZlTableTest, SortTakesTheRowsThatAreLikeTheFirst)
     EXPECT_EQ(shown(), "Key   N   \nb     1   \nB     3   \nb     4   \na     2   \nc     5   \n");
     EXPECT_EQ(table.sortTable("Key", ZlComparatorFactory::EXACT | ZlComparatorFactory::INVERTED), 0);
     EXPECT_EQ(shown(), "Key   N   \nb     1   \nB     3   \na     2   \nc     5   \nb     4   \n");
+}
+
+TEST_F(ZlTableTest, AComparatorEndsTheRunOnWhatIsNotItsKind)
+{
+    using Factory = ZlComparatorFactory;
+    const std::unique_ptr<Factory> second(Factory::getVectorComparator(1, Factory::EXACT));
+    const std::unique_ptr<Factory> word(Factory::getUnaryStrComp("a", Factory::EXACT));
+    EXPECT_TRUE((*second)({"x", "a"}, {"y", "a"}) && (*word)("a") && !(*word)("A"));
+    expectEnd([&] { (*second)({"x", "a"}, {"y"}); }, 1, "", "");
+    expectEnd([&] { (*second)({"x"}, {"y", "a"}); }, 1, "", "");
+    expectEnd([&] { (*word)({"a"}, {"a"}); }, 1, "", "");
+    expectEnd([&] { (*second)("a"); }, 1, "", "");
+    expectIn(contentOf(TMP + "test.log"), "unary comparator failed. Illeagal object.\n");
 }
