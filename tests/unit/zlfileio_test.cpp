@@ -38,7 +38,7 @@ TEST_F(ZlFileIOTest, BytesInMemory)
     file.setData(&set);
     file.append("right");
     file.prepend("left long", 5);
-    file.getData(&text);
+    EXPECT_EQ(file.getData(&text), 0);
     EXPECT_EQ(text, "left \na\nb\nright");
     const char* const none = nullptr;
     EXPECT_EQ(file.append(none, 1) + file.prepend(none, 1) + file.setData(none, 1), 3);
