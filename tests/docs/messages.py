@@ -7,7 +7,7 @@ import re
 import sys
 
 # Texts that begin so are results, the layout of the logs, or words of other programs. Then those that no verb reaches:
-# types, other nodes and managers. UNREACHED are declarations, tables, tasks and locks, keys in the CCR, catalogue, trace.
+# types and declarations, other nodes and managers, keys in the CCR, tables. All of tasks and locks stands in UNREACHED.
 OTHERS = """Version:|Usage:|=== List|Call home node:|Starting time:|End time:|Chunk size|Job ID|Debug Trace|
 The monitoring service is down|uplink available|passed rc=0|NOT OK|callhome installed|execchcommand|execzelfhome|/|$(/|
 NO argument|ANY arguments|IP number|member of {|CES Node(s)|NO or ANY argument|string without any char|
@@ -15,8 +15,11 @@ error at mapOption|which is required|which is not requiered|parser error:|' does
 Command detection error|Invalid release:|Cannot detect local node|Cannot detect cluster|ZlCli::areNodesEqual a null|
 The ZELF daemon|Cannot access cluster|The cluster manager node|Required:|Process (|Could not find any active|
 Include collector nodes|There is at least one node|Cannot create temp file|No valid cluster|At least one non valid|
-Define signal|Define default signal|ZlErrorService::addSigna|ZlErrorService::getStack|) runs as deamon"""
-UNREACHED = r"/(zl(function|comparator)\w*|zltable|zlccrservice|zlerrorservice|zelfnls)\.(cpp|h)$|/zlcmd\.cpp$"
+Define signal|Define default signal|ZlErrorService::addSigna|ZlErrorService::getStack|) runs as deamon|
+#### function|< cannot have|A token must not|Adding options is not|Invalid version|No data available|getLastError|
+Open file failed|Read from file failed|Verb|already mapped|already replaced|ccr vput|helper script and function|
+invalid code|invalid key|possitional parameter"""
+UNREACHED = r"/zl(function|comparator)\w*\.(cpp|h)$"
 TRACE = re.compile(r"\b(push(New|Debug)Msg|_?executeCMD|ioError|trace\w*)\(")
 TOKEN = re.compile(r"""//[^\n]*|"(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])+'|[;{}]|[^"'/;{}]+|.""", re.S)
 
