@@ -3,6 +3,8 @@
 // stand ready for others.
 #include "cli/zlcmd.h"
 
+#include <algorithm>
+
 #include "cli/zlcli.h"
 #include "cluster/zlclusterinfo.h"
 
@@ -11,19 +13,20 @@ namespace {
 // The least level of a cluster manager that takes commands.
 constexpr nodeLevel_t MANAGER_MIN_LEVEL = 1600;
 
-// Has the command run on `node`, and not on nodes below `level`. False: it is this node, there is no need.
-bool transferTo(ZlCli& cli, const std::string& node, nodeLevel_t level)
+// Has the command run on `node`, which is the `role`, unless that is this node; and not on nodes below
+// `level`.
+void transferTo(ZlCli& cli, const std::string& node, const std::string& role, nodeLevel_t level)
 {
     // Both names are strings of node records: one node, one object.
     cli.setRemoteExecution(&node != &cli.getLocalNodeName());
     if (!cli.doRemoteExecution()) {
-        return false;
+        ZlCli::errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: local node is " + role);
+        return;
     }
     ZlCli::errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: transfer execution to node: " + node);
     ZlClusterInfo::defineAllNode(node);
     ZlClusterInfo::filterNodes(level, *ZlClusterInfo::allNodesP, ZlClusterInfo::validNodesP,
                                ZlClusterInfo::invalidNodeDefinitionsP);
-    return true;
 }
 
 } // namespace
@@ -39,9 +42,7 @@ void ZlCmd::processRemoteNodeHandling() const
         }
         return;
     }
-    if (cliP->getMinRemoteNodeLevel() < nodeLevel) {
-        cliP->setMinRemoteNodeLevel(nodeLevel);
-    }
+    cliP->setMinRemoteNodeLevel(std::max(cliP->getMinRemoteNodeLevel(), nodeLevel));
     const std::string command = cliP->programName + " " + cliP->subject;
     const std::string refusal = ": Incorrect option: " + cliP->remoteOption;
     switch (remoteHandling) {
@@ -89,9 +90,7 @@ void ZlCmd::runOnClusterManager() const
                              "The cluster manager node " + manager + " is " + has + " Required: " + needs,
                              false);
     }
-    if (!transferTo(*cliP, manager, nodeLevel)) {
-        errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: local node is cluster manager");
-    }
+    transferTo(*cliP, manager, "cluster manager", nodeLevel);
 }
 
 void ZlCmd::runOnCollector() const
@@ -105,7 +104,5 @@ void ZlCmd::runOnCollector() const
                              "zelfcollector. Ccr has to run for this command.",
                              true);
     }
-    if (!transferTo(*cliP, ZlClusterInfo::toAdminLongName(collector), 0)) {
-        errorServiceP->pushNewMsg("ZlCmd::processRemoteNodeHandling: local node is active collector node");
-    }
+    transferTo(*cliP, ZlClusterInfo::toAdminLongName(collector), "active collector node", 0);
 }

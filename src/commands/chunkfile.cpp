@@ -12,7 +12,7 @@
 
 namespace {
 
-void traceError(const std::string& what)
+void trace(const std::string& what)
 {
     ZlErrorService::errorServiceP->pushNewMsg(what + ": " + std::strerror(errno));
 }
@@ -47,12 +47,12 @@ void copyChunk(int source, int64_t offset, int64_t length, const std::string& ch
     // A new file, whatever lies at its predictable name: this process may be root's.
     unlink(chunkPath.c_str());
     const int chunk = open(chunkPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (chunk < 0) {
-        traceError("Could not create " + chunkPath);
+    if (chunk == -1) {
+        trace("Could not create " + chunkPath);
         return;
     }
     if (!copyBytes(source, offset, offset + length, chunk)) {
-        traceError("Could not fill " + chunkPath);
+        trace("Could not fill " + chunkPath);
     }
     close(chunk);
 }

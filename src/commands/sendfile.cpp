@@ -173,7 +173,6 @@ int sendForCase()
     setUp(job);
 
     // What stands in the streams' buffers belongs to the parent.
-    std::cout.flush();
     std::fflush(nullptr);
     if (fork() == 0) {
         return runChild(job);

@@ -17,14 +17,14 @@ class OrdinaryFile {
 public:
     OrdinaryFile(const std::string& path, int flags) : file(openOwnFile(path, flags))
     {
-        if (file >= 0 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
+        if (file != -1 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
             close(file);
             file = -1;
         }
     }
     ~OrdinaryFile()
     {
-        if (file >= 0) {
+        if (file != -1) {
             close(file);
         }
     }
@@ -50,7 +50,7 @@ public:
 
     void truncate() const { (void)!ftruncate(file, 0); }
 
-    bool isOpen() const { return file >= 0; }
+    bool isOpen() const { return file != -1; }
     bool isOthers() const { return isForeign(status); }
 
 private:

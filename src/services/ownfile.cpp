@@ -56,7 +56,7 @@ void narrowFile(const std::string& path)
     const KeptErrno kept;
     const int file = openOwnFile(path, O_RDONLY);
     narrow(file);
-    if (file >= 0) {
+    if (file != -1) {
         close(file);
     }
 }

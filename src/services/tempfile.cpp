@@ -7,7 +7,7 @@
 TempFile::TempFile() : name("/var/zelf/tmp/zlTemp.XXXXXXX")
 {
     const int file = mkostemp(name.data(), O_CLOEXEC);
-    if (file < 0) {
+    if (file == -1) {
         name.clear();
         return;
     }

@@ -28,8 +28,8 @@ bool ZlComparatorFactory::operator()(const std::vector<std::string>& rowA,
                                      const std::vector<std::string>& rowB) const
 {
     ZL_TRACE();
-    const auto place = static_cast<size_t>(column);
-    if (column < 0 || place >= rowA.size() || place >= rowB.size()) {
+    const auto place = static_cast<size_t>(column); // beyond every row for a unary one
+    if (place >= rowA.size() || place >= rowB.size()) {
         terminateProgram("vector comparator failed. Illeagal object.");
     }
     return stringComperator(rowA[place], rowB[place]);

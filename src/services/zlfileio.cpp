@@ -76,19 +76,19 @@ int ZlFileIO::writeFile()
     ZlTime duration;
     duration.start();
     // The line says "readFile" in a write too: trace readers match it for both.
-    const auto traceDuration = [&] {
+    const auto trace = [&] {
         duration.stop();
         errorServiceP->pushDebugMsg("ZlFileIO::readFile: file: " + fileName +
                                     " duration: " + duration.getTimeStr());
     };
     if (fileName.empty()) {
-        traceDuration();
+        trace();
         errorServiceP->pushNewMsg("ZlFileIO::writeFile: no file name defined.");
         return 1;
     }
     const int file = openOwnFile(fileName, O_WRONLY | O_CREAT | O_TRUNC);
-    if (file < 0) {
-        traceDuration();
+    if (file == -1) {
+        trace();
         return ioError("error while open file for write: <" + fileName + ">");
     }
     errorServiceP->pushNewMsg("ZlFileIO::writeFile: try to write: <" + fileName + ">");
@@ -98,7 +98,7 @@ int ZlFileIO::writeFile()
         rest.remove_prefix(static_cast<size_t>(std::max<ssize_t>(written, 0)));
     }
     close(file);
-    traceDuration();
+    trace();
     return ioError("ZlFileIO::writeFile: " + fileName);
 }
 

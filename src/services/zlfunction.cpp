@@ -139,10 +139,9 @@ std::pair<int, int> ZlFunction::runDetached()
     ZL_TRACE();
     errorServiceP->pushDebugMsg("ZlFunction::runDetached: begin");
     // What stands in the streams' buffers belongs to the parent.
-    std::cout.flush();
     std::fflush(nullptr);
     childPid = fork();
-    if (childPid < 0) {
+    if (childPid == -1) {
         const int number = errno;
         errorServiceP->pushNewMsg("ZlFunction::runDetached: fork failed");
         std::cout << "Fork Failed: " << number << std::endl;
@@ -221,7 +220,7 @@ std::pair<int, int> ZlFunction::runChild()
     std::cout << "Child got lock. Send to background. Output redirected to " << outFile << ", " << errFile
               << std::endl;
     umask(0);
-    if (setsid() < 0 || chdir("/") != 0) {
+    if (setsid() == -1 || chdir("/") != 0) {
         std::exit(1);
     }
     for (const std::string& file : {outFile, errFile}) {

@@ -288,7 +288,7 @@ long getFileSize(const std::string& path)
 {
     // Without O_NONBLOCK a pipe given as a file would hold the run for ever.
     const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    if (file < 0) {
+    if (file == -1) {
         return -1;
     }
     struct stat status {};

@@ -12,7 +12,7 @@ OTHERS = """Version:|Usage:|=== List|Call home node:|Starting time:|End time:|Ch
 The monitoring service is down|uplink available|passed rc=0|NOT OK|callhome installed|execchcommand|execzelfhome|/|$(/|
 NO argument|ANY arguments|IP number|member of {|CES Node(s)|NO or ANY argument|string without any char|
 error at mapOption|which is required|which is not requiered|parser error:|' does not has any argument|Program error|
-Command detection error|Invalid release:|Cannot detect local node|Cannot detect cluster|ZlCli::areNodesEqual a null|
+active collector|cluster manager|Command detection error|Invalid release:|Cannot detect local node|Cannot detect cluster|ZlCli::areNodesEqual a null|
 The ZELF daemon|Cannot access cluster|The cluster manager node|Required:|Process (|Could not find any active|
 Include collector nodes|There is at least one node|Cannot create temp file|No valid cluster|At least one non valid|
 Define signal|Define default signal|ZlErrorService::addSigna|ZlErrorService::getStack|) runs as deamon|
