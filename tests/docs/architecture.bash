@@ -2,8 +2,8 @@
 # architecture: every name in ARCHITECTURE.md is in the tree, in the files beside it where its line has some; and
 # arrows point down, with the exceptions that it names.
 set -euo pipefail
-# shellcheck source=common.bash
-source "$(dirname "$(readlink -f "$0")")/common.bash"
+# shellcheck source=../support/common.bash
+source "$(dirname "$(readlink -f "$0")")/../support/common.bash"
 cd "$ROOT"
 
 # shellcheck disable=SC2016 # the backticks are the text's

@@ -2,8 +2,8 @@
 # completion TOOL FOLDER: drives bash and zsh at a terminal of their own, key by key, with the completions in
 # the folder.
 set -euo pipefail
-# shellcheck source=common.bash
-source "$(dirname "$(readlink -f "$0")")/common.bash"
+# shellcheck source=../support/common.bash
+source "$(dirname "$(readlink -f "$0")")/../support/common.bash"
 make_installation "$1"
 
 # What the tool declares: all options of a verb (it reads their names in lower case), and whether what follows an

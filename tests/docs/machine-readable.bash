@@ -1,8 +1,8 @@
 #!/bin/bash
 # machine-readable TOOL COMPILER: runs the examples of the reference for scripts, as they stand there.
 set -euo pipefail
-# shellcheck source=common.bash
-source "$(dirname "$(readlink -f "$0")")/common.bash"
+# shellcheck source=../support/common.bash
+source "$(dirname "$(readlink -f "$0")")/../support/common.bash"
 make_installation "$1"
 cd /var/zelf/tmp
 
@@ -31,6 +31,6 @@ expect "C++" "$wanted" "$(./example <records)"
 
 # The call shown is a real one, and so is the first example.
 expect "the call" "$(zelfhome info list -Y)" "$(sed -n 's/^    \(zelfhome:\)/\1/p' "$ROOT/docs/machine-readable.md")"
-sed -i 's/enabled = true/enabled = false/' _callhomeconfig
+sed -i 's/enabled = true/enabled = false/' /opt/zelf/ccr/_callhomeconfig
 expect "the first example" $'global\nwest' "$(bash <(example sh))"
 finish

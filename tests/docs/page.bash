@@ -1,8 +1,8 @@
 #!/bin/bash
 # page TOOL: the manual page is clean and says what the tool does.
 set -euo pipefail
-# shellcheck source=common.bash
-source "$(dirname "$(readlink -f "$0")")/common.bash"
+# shellcheck source=../support/common.bash
+source "$(dirname "$(readlink -f "$0")")/../support/common.bash"
 make_installation "$1"
 PAGE=$ROOT/docs/zelfhome.8
 GRAMMAR=$(python3 "$ROOT/tests/docs/grammar.py")

@@ -2,9 +2,11 @@
 #include "fixture.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <regex>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -18,8 +20,9 @@ namespace {
 // zelfccr with versions.
 const std::string REPOSITORY =
     "cd /var/zelf/tmp; case $1 in\n"
-    "vget) cat key 2>/dev/null ;;\n"
-    "vput) [ \"$(cut -d: -f2 key 2>/dev/null)\" = \"${3#0}\" ] && echo \"x:$5:$7\" >key ;;\n"
+    "vget) cat key.$2 2>/dev/null ;;\n"
+    "vdel) rm key.$2 ;;\n"
+    "vput) [ \"$(cut -d: -f2 key.$6 2>/dev/null)\" = \"${3#0}\" ] && echo \"x:$5:$7\" >key.$6 ;;\n"
     "esac";
 
 class ZlFunctionTest : public ZelfTest {
@@ -67,7 +70,9 @@ int succeed()
 TEST_F(ZlFunctionTest, ATaskFromItsStartToItsEnd)
 {
     writeFile(TMP + "task.stdout", std::string(5000, 'o'));
-    const std::string said = execute([] { // tells where it finds itself
+    std::filesystem::create_symlink("/var/zelf/gen/notes", TMP + "task.stderr");
+    ASSERT_EQ(lchown((TMP + "task.stderr").c_str(), 9, 9), 0); // another user's
+    const std::string said = execute([] {                      // tells where it finds itself
         std::cout << std::filesystem::current_path() << umask(022) << (getsid(0) == getpid()) << std::endl;
         std::cerr << "an error" << std::endl;
         _executeCMD("echo by command", nullptr);
@@ -90,7 +95,7 @@ TEST_F(ZlFunctionTest, ATaskFromItsStartToItsEnd)
               "Worker process task: pid = " + worker +
                   " func pointer 1 is starting at time\n\"/\"01\nby command\nworker done with rc 7\n"
                   "workers execution time: TIME sec seconds.\n");
-    EXPECT_EQ(contentOf(TMP + "task.stderr"), "an error\n");
+    EXPECT_EQ(contentOf(TMP + "task.stderr") + contentOf("/var/zelf/gen/notes"), "an error\n");
     expectIn(contentOf(TMP + "my.tool.child.log"), "\nZlFunction::analyseLock: begin\n"); // the whole story
 }
 
@@ -103,7 +108,8 @@ TEST_F(ZlFunctionTest, HowATaskLeavesTheEntry)
         {[] { return -2; }, "", 0, "x:3:node1.zelf.test,W,failed,5\n"},
         {succeed, "case $7 in *locked_by_child*) exit 1 ;; esac\n", 1,
          "x:1:node1.zelf.test," + here + ",locked_by_parent,5\n"},
-        {succeed, "case $7 in *locked_by_p*) printf '" + foreign + "' >/var/zelf/tmp/key; exit ;; esac\n", 1,
+        {succeed,
+         "case $7 in *locked_by_p*) printf '" + foreign + "' >/var/zelf/tmp/key.task; exit ;; esac\n", 1,
          foreign}};
     for (const auto& [function, zelfccr, exitStatus, entry] : cases) {
         SetUp();
@@ -111,7 +117,7 @@ TEST_F(ZlFunctionTest, HowATaskLeavesTheEntry)
         const std::string said = execute(function);
         EXPECT_EQ(WEXITSTATUS(status), exitStatus);
         EXPECT_EQ(said.find("Child did not get lock.") != std::string::npos, exitStatus == 1) << said;
-        EXPECT_EQ(contentOf(TMP + "key"), std::regex_replace(entry, std::regex("W"), worker));
+        EXPECT_EQ(contentOf(TMP + "key.task"), std::regex_replace(entry, std::regex("W"), worker));
     }
 }
 
@@ -143,6 +149,33 @@ TEST_F(ZlFunctionTest, WhoMayTakeTheLock)
     }
 }
 
+// A long run of this one is "./dev soak".
+TEST_F(ZlFunctionTest, OfTwoThatStartAtOnceExactlyOneWins)
+{
+    constexpr int PAIRS = 10;
+    const char* const wanted = std::getenv("TASK_ROUNDS");
+    install("zelfccr", "sleep 0.$(shuf -n 1 -i 0-3); exec 9>/var/zelf/gen/lock; flock 9\n" + REPOSITORY);
+    install("zelfrun", "kill -0 $4 && echo lives || echo died");
+    prctl(PR_SET_CHILD_SUBREAPER, 1); // a worker outlives who has started it
+    for (int done = 0; done < (wanted == nullptr ? 1 : std::stoi(wanted)); done += PAIRS) {
+        for (int racer = 0; racer < 2 * PAIRS; ++racer) {
+            if (fork() == 0) {
+                ZlFunction race = task([] { return _executeCMD("echo >>/var/zelf/tmp/won", nullptr); });
+                race.setName(std::to_string(racer / 2));
+                race.setID(done);
+                std::cout.setstate(std::ios::failbit);
+                exit(race.execute());
+            }
+        }
+        while (wait(nullptr) > 0) {
+        }
+        EXPECT_EQ(contentOf(TMP + "won"), std::string(done + PAIRS, '\n'));
+        for (int race = 0; race < PAIRS; ++race) {
+            expectIn(contentOf(TMP + "key." + std::to_string(race)), ",success," + std::to_string(done));
+        }
+    }
+}
+
 TEST_F(ZlFunctionTest, TheModeChoosesNoLockTheRepositoryOrAFile)
 {
     EXPECT_EQ(task([] { return 6; }, ZlFunction::MODE_DEFAULT).execute(), 6);
@@ -150,6 +183,17 @@ TEST_F(ZlFunctionTest, TheModeChoosesNoLockTheRepositoryOrAFile)
     EXPECT_EQ(calls(), "zelfccr [vget]\n");
     task(succeed, ZlFunction::MODE_SINGLE_ON_NODE).analyseLock();
     EXPECT_EQ(calls(), "");
+}
+
+TEST_F(ZlFunctionTest, TheVersionsBeginAnewAheadOfTheirEnd)
+{
+    EXPECT_TRUE(task(nullptr) < task(succeed) && !(task(succeed) < task(succeed)));
+    for (const auto& [before, after] : {std::pair{"2147483599", "2147483602"}, {"2147483600", "3"}}) {
+        writeFile(TMP + "key.task", std::string("x:") + before + ":n,1,success,9\n");
+        execute(succeed);
+        EXPECT_EQ(contentOf(TMP + "key.task"),
+                  std::string("x:") + after + ":node1.zelf.test," + worker + ",success,5\n");
+    }
 }
 
 TEST_F(ZlFunctionTest, TheLockInAFile)

@@ -19,17 +19,14 @@ finish() {
     echo passed
 }
 
-# make_installation TOOL: the tool in PATH among programs that do nothing, and the configuration of the lab's page,
-# in which this node is the server of the group.
+# make_installation TOOL: the tool in PATH among its stand-ins, and the configuration of the lab's page, in which this
+# node is the server of the group.
 make_installation() {
-    local program
+    "$ROOT/tests/support/prepare"
     ln -s "$1" /opt/zelf/bin/zelfhome
     PATH=/opt/zelf/bin:$PATH
-    for program in zelf{ccr,monc,ctl,adm,mgr,prod,run,crclass,chclass,delclass} callhomeutils.pl; do
-        ln -s /bin/true "/opt/zelf/bin/$program"
-    done
     sed -n "s/^    //; s/O'Neil Ltd/100% O'Neil: Ltd/; /^country\|^customer-id\|^email/d; /^<callhomeTopology>/,/^weekly/p" \
-        "$ROOT/lab/README.md" >/var/zelf/tmp/_callhomeconfig
+        "$ROOT/lab/README.md" | tee /opt/zelf/ccr/_callhomeconfig >/var/zelf/tmp/_callhomeconfig
     mkdir -p /var/zelf/tmp/callhome/progress
     echo 'x|daily|20260101000000||success|||RC=0|/t/callhome.node1.20260101.gat_daily.tar|id|a:b|' \
         >/var/zelf/tmp/callhome/progress/callhome-progress.daily
