@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <linux/close_range.h>
 #include <thread>
@@ -14,15 +13,6 @@ namespace {
 
 constexpr size_t LIMIT = 100000; // of the log, in bytes
 
-// Gives how many sections of the log have their end. None but the first may lack its begin, or any its end.
-size_t sections()
-{
-    shell("awk '/^Trace messages start at: / { torn += open; open = 1 } /^Trace messager end at: / { torn += "
-          "!open && ends; open = 0; ++ends } END { print ends >\"ends\"; exit torn + open > 0 }' "
-          "$TMP/zelfhome.log");
-    return std::stoul(readFile("/opt/zelf/ends"));
-}
-
 // Gives the result of a piece of shell that runs the tool as $T. It may take 20 seconds.
 Result runShell(const std::string& script)
 {
@@ -30,7 +20,7 @@ Result runShell(const std::string& script)
                             "' </dev/null >/opt/zelf/out 2>/opt/zelf/err";
     close_range(3, ~0U, CLOSE_RANGE_CLOEXEC); // what CTest has left open
     const int status = std::system(all.c_str());
-    return {WEXITSTATUS(status), readFile("/opt/zelf/out"), readFile("/opt/zelf/err")};
+    return {WEXITSTATUS(status), contentOf("/opt/zelf/out"), contentOf("/opt/zelf/err")};
 }
 
 } // namespace
@@ -55,8 +45,8 @@ TEST_F(Installation, HostileRunsThatEndTogetherLeaveWholeSections)
               "); do " ZELFHOME_TOOL " info list >/dev/null & done; wait");
         isOver = true;
         watcher.join();
-        kept += sections();
-        const std::string debug = readFile(DEBUG_LOG);
+        kept += sections(LOG);
+        const std::string debug = contentOf(DEBUG_LOG);
         EXPECT_EQ(debug.rfind("Debug Trace start at: "), 0U);
         EXPECT_EQ(debug.find('\n', debug.find("\nDebug Trace end at: ") + 1), debug.size() - 1);
     }
@@ -87,7 +77,7 @@ TEST_F(Installation, HostileParentsAndLimitsChangeNeitherWordsNorStatus)
     };
     inEach(rows, [](const char*, const std::string& script, const Result& expected) {
         EXPECT_EQ(runShell("TMP=/var/zelf/tmp; " + script), expected);
-        EXPECT_TRUE(script.find("&-") == std::string::npos || sections() == 1);
+        EXPECT_TRUE(script.find("&-") == std::string::npos || sections(LOG) == 1);
     });
 }
 

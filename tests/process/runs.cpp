@@ -108,7 +108,7 @@ TEST_F(Installation, TheConnectionTestReportsWhatTheClientSays)
         EXPECT_EQ(runTool("test connection").status, isGood ? 0 : 1) << script;
         shell("sed -Ei 's/time: [A-Z][a-z]{2} [A-Z][a-z]{2} [ 1-3][0-9] [0-9:]{8} 2[0-9]{3}$/time: TIME/' "
               "out err");
-        EXPECT_EQ(readFile(isGood ? "/opt/zelf/out" : "/opt/zelf/err"),
+        EXPECT_EQ(contentOf(isGood ? "/opt/zelf/out" : "/opt/zelf/err"),
                   "## Starting connectivity test between the call home node and Quorvex\n"
                   "Call home node: node1.zelf.test\nStarting time: TIME\n\n" +
                       body + "End time: TIME\n");

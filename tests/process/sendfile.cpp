@@ -108,11 +108,11 @@ TEST_F(SendFile, TheServiceIsToldOfEachChunkAndGetsWhatIsThere)
               "\nstat -c %s core >size");
         send();
         std::string told;
-        for (int offset = 0; offset < std::stoi(readFile("/var/zelf/size")); offset += 1000) {
+        for (int offset = 0; offset < std::stoi(contentOf("/var/zelf/size")); offset += 1000) {
             told += "77 " + CHUNK + std::to_string(offset / 1000) + " " + std::to_string(offset) +
                     " --wait 86400\n";
         }
-        EXPECT_EQ(readFile("/var/zelf/told"), told);
+        EXPECT_EQ(contentOf("/var/zelf/told"), told);
         // On the server nobody but the service removes a chunk. All permission bits are set.
         shell("cd /var/zelf; { " + got + "; } | cmp - case && while read -r job chunk rest; do " +
               "[ $(stat -c %a $chunk) = 666 ] || exit; done <told");

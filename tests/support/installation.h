@@ -2,12 +2,8 @@
 // call and then answers as the test says.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
 #include <iomanip>
 #include <sstream>
 #include <string>
@@ -16,29 +12,13 @@
 #include <unistd.h>
 #include <vector>
 
+#include "support/files.h"
+
 using Strings = std::vector<std::string>;
 
 const std::string TMP = "/var/zelf/tmp";
 const std::string LOG = TMP + "/zelfhome.log";
 const std::string DEBUG_LOG = TMP + "/debugzelfhome.log";
-
-// Gives a file's text, "(no such file)" when there is none.
-inline std::string readFile(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return file ? text.str() : "(no such file)";
-}
-
-// Writes a file, and makes the folders that it needs.
-inline void writeFile(const std::string& path, const std::string& text)
-{
-    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
-    std::ofstream file(path, std::ios::binary);
-    file << text << std::flush;
-    EXPECT_TRUE(file.good()) << "cannot write " << path;
-}
 
 inline Strings split(const std::string& text, char separator)
 {
@@ -99,7 +79,7 @@ inline void answer(const std::string& program, const std::string& script)
 // The calls since it was last asked, in order, as the stand-ins have written them.
 inline Strings calls()
 {
-    Strings list = split(readFile("/opt/zelf/calls"), '\n');
+    Strings list = split(contentOf("/opt/zelf/calls"), '\n');
     writeFile("/opt/zelf/calls", "");
     return list;
 }
@@ -151,6 +131,22 @@ inline bool endedByRangeError(const Result& result)
     return (result.status == -SIGABRT || traced) && result.err.find("std::out_of_range") != std::string::npos;
 }
 
+// Gives how many sections of a log have their end. None but the first may lack its begin, or any its end.
+inline size_t sections(const std::string& log)
+{
+    size_t count = 0;
+    bool isOpen = false;
+    for (const std::string& line : split(contentOf(log), '\n')) {
+        const bool begins = line.starts_with("Trace messages start at: ");
+        const bool ends = line.starts_with("Trace messager end at: ");
+        EXPECT_FALSE((begins && isOpen) || (ends && !isOpen && count > 0)) << log;
+        isOpen = begins || (isOpen && !ends);
+        count += ends ? 1 : 0;
+    }
+    EXPECT_FALSE(isOpen) << log;
+    return count;
+}
+
 // Runs the tool with the words of `line`, as a shell would cut them at blanks; '...' holds words together.
 // The tool believes that it was called as `program`, unless ZELFHOME_WRAPPER puts another command around it:
 // gdb, strace, valgrind. Nothing may be left behind, and no section of a log without its end.
@@ -184,17 +180,12 @@ inline Result runTool(const std::string& line, const std::string& program = "/op
         const std::string name = entry.path().filename();
         const bool stays = name == "_callhomeconfig" || name == "zelfall.rel" || name == "callhome";
         EXPECT_TRUE(stays || name.ends_with(".log")) << name;
-        bool isOpen = false;
-        for (const std::string& text :
-             name.ends_with(".log") ? split(readFile(entry.path()), '\n') : Strings()) {
-            const bool begins = text.starts_with("Trace messages start at: ");
-            EXPECT_FALSE(begins && isOpen) << name;
-            isOpen = begins || (isOpen && !text.starts_with("Trace messager end at: "));
+        if (name.ends_with(".log")) {
+            sections(entry.path());
         }
-        EXPECT_FALSE(isOpen) << name;
     }
-    return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), readFile("/opt/zelf/out"),
-            readFile("/opt/zelf/err")};
+    return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), contentOf("/opt/zelf/out"),
+            contentOf("/opt/zelf/err")};
 }
 
 // A run: the line, what is done ahead, by a piece of shell, what the user sees, the calls behind the start.

@@ -2,11 +2,8 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <linux/magic.h>
-#include <sstream>
 #include <sys/vfs.h>
 #include <unistd.h>
 
@@ -39,23 +36,6 @@ Cli& makeAndKeep(Words line)
 }
 
 } // namespace
-
-std::string contentOf(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
-void writeFile(const std::string& path, const std::string& text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-void expectIn(const std::string& text, const std::string& part)
-{
-    EXPECT_NE(text.find(part), std::string::npos) << "'" << part << "' is not in\n" << text;
-}
 
 void install(const std::string& name, const std::string& script)
 {
@@ -91,6 +71,13 @@ void expectEnd(const std::function<void()>& action, int status, const std::strin
     };
     EXPECT_EXIT(run(), testing::ExitedWithCode(status), testing::Matcher<const std::string&>(err));
     EXPECT_EQ(contentOf(GEN + "stdout"), out);
+}
+
+void expectFailure(const std::function<void()>& action, const std::string& response,
+                   const std::string& message)
+{
+    const std::string more = "\nAdditional messages:\n" + message + "\n";
+    expectEnd(action, 1, "", response + "\n" + (message.empty() ? "" : more));
 }
 
 std::string member(int number, const std::string& names, int level, const std::string& roles)
@@ -132,6 +119,10 @@ void ZelfTest::SetUp()
             _exit(99);
         }
     });
+    // No test leaves a file open.
+    const auto openFiles = [] { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); };
+    static const auto atFirst = openFiles();
+    EXPECT_EQ(openFiles(), atFirst);
     ZlErrorService::controlFlags = 0;
     alarm(0); // which a daemon sets
     Info::controlState = 1;

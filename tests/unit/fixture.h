@@ -8,24 +8,18 @@
 #include <unistd.h>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 #include "callhome/zlcallhome.h"
 #include "cli/zlcli.h"
 #include "cluster/zlclusterinfo.h"
 #include "services/zlerrorservice.h"
 #include "services/zlutils.h"
+#include "support/files.h"
 
 using Words = std::vector<std::string>;
 using Names = std::set<std::string>;
 using Info = ZlClusterInfo;
 
 const std::string TMP = "/var/zelf/tmp/";
-
-std::string contentOf(const std::string& path); // empty for a missing file
-void writeFile(const std::string& path, const std::string& text);
-
-void expectIn(const std::string& text, const std::string& part);
 
 // Puts a shell script at /opt/zelf/bin/`name`. calls() gives the calls since it was last asked, one a line.
 void install(const std::string& name, const std::string& script);
@@ -36,6 +30,10 @@ std::string printed(const std::function<void()>& action); // on standard output
 // Expects that `action` ends the process with this status and exactly these words.
 void expectEnd(const std::function<void()>& action, int status, const std::string& out,
                const std::string& err);
+
+// The same for the way in which the framework gives up.
+void expectFailure(const std::function<void()>& action, const std::string& response,
+                   const std::string& message = "");
 
 // `names`: daemon short name, daemon address, admin long name, daemon long name, admin short name.
 std::string member(int number, const std::string& names, int level = 1900, const std::string& roles = "M");

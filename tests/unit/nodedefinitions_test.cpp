@@ -48,13 +48,19 @@ TEST_F(NodeDefinitionsTest, ANodeGoesBeforeAFileAndAFileBeforeAClass)
 
 TEST_F(NodeDefinitionsTest, TheSetsOfTheProcess)
 {
-    makeCli().resolveNodeDefinition("1,nosuch,2");
+    const TestCli& cli = makeCli({"s", "v", "-N", "1,nosuch", "-xYIN2"});
+    EXPECT_EQ(cli.repeatedRemoteOptions, Words{"-N"});
+    EXPECT_EQ(cli.getParserBits(), 4U + 16U + 32U + 64U);
     EXPECT_EQ(*Info::allNodesP, *Info::validNodesP);
     Info::defineAllNode(*Info::allNodesP); // itself: nothing happens
     EXPECT_EQ(*Info::validNodesP, (Names{"node1.zelf.test", "node2.zelf.test"}));
     EXPECT_EQ(*Info::invalidNodeDefinitionsP, Names{"nosuch"});
     Info::defineAllNode(*Info::validNodesP->begin()); // an element of a set that is emptied
     EXPECT_EQ(*Info::allNodesP, Names{"node1.zelf.test"});
+    EXPECT_TRUE(Info::validNodesP->empty() && Info::invalidNodeDefinitionsP->empty());
+    *Info::validNodesP = *Info::invalidNodeDefinitionsP = {"x"};
+    Info::defineAllNode(Names{"a"});
+    EXPECT_EQ(*Info::allNodesP, Names{"a"});
     EXPECT_TRUE(Info::validNodesP->empty() && Info::invalidNodeDefinitionsP->empty());
 }
 
@@ -71,6 +77,20 @@ TEST_F(NodeDefinitionsTest, FiltersByLevelAndRole)
     EXPECT_TRUE(selected == Names{"1"} && rest == (Names{"n2", "nosuch"}));
     EXPECT_EQ(Info::filterNodes("", in, &selected, &rest), 3);
     EXPECT_TRUE(selected == in && rest.empty());
+    EXPECT_EQ(Info::filterNodes(1600U, in, nullptr, &rest) + Info::filterNodes("X", in, &selected, nullptr),
+              0);
+    EXPECT_EQ(Info::filterNodes(1600U, rest, &selected, &rest), 0);
+}
+
+TEST_F(NodeDefinitionsTest, WithoutASetNothingIsResolved)
+{
+    Names none;
+    writeFile(CLASSES + "zelfc.ipa", "node1");
+    EXPECT_EQ(Info::saveNodeDefinition(nullptr, &none) + Info::saveNodeDefinition("x", nullptr), 2);
+    EXPECT_EQ(Info::extractNodes(&none, &none, &none), 1);
+    EXPECT_EQ(Info::processNodeFile(CLASSES + "zelfc.ipa", nullptr) + Info::processNodeClass("c", nullptr),
+              2);
+    EXPECT_EQ(Info::getNodeClassCmd("", {"node1"}), "");
 }
 
 TEST_F(NodeDefinitionsTest, AClassWithoutNodesIsDeleted)

@@ -3,6 +3,8 @@
 
 #include <random>
 
+#include "commands/zlcallhome_excute.h"
+
 namespace {
 
 // What a start needs; the CCR's file is TMP "ccr._callhomeconfig".
@@ -30,9 +32,10 @@ protected:
 TEST_F(ZlCallhomeTest, ChangesInMemoryAndWritesTheWholeFileBack)
 {
     callhome->config = {{"a", {{"k1", "1"}, {"k2", "2"}, {"k3", "3"}}}, {"b", {{"k", "v"}}}};
-    callhome->setConfig({"a", {{"k1", "new"}, {"k2", ""}, {"none", ""}, {"k4", "4"}}});
-    callhome->setConfig({"b", {}});
-    callhome->setConfig({"c", {{"k", ""}}}); // a new section is stored as it is
+    EXPECT_EQ(callhome->setConfig({"a", {{"k1", "new"}, {"k2", ""}, {"none", ""}, {"k4", "4"}}}) +
+                  callhome->setConfig({"b", {}}) +
+                  callhome->setConfig({"c", {{"k", ""}}}), // a new section is stored as it is
+              0);
     EXPECT_EQ(callhome->config, (std::map<std::string, ZlCallhome::Section>{
                                     {"a", {{"k1", "new"}, {"k3", "3"}, {"k4", "4"}}}, {"c", {{"k", ""}}}}));
     const std::string groups = "<callhomeTopology>\n    <callhomeGroup>\n        name = a\n"
@@ -44,9 +47,47 @@ TEST_F(ZlCallhomeTest, ChangesInMemoryAndWritesTheWholeFileBack)
     callhome->getConfig(text);
     EXPECT_EQ(text.str(), groups + "customer-name = The Name\nenabled = true\n");
     install("zelfccr", "exit 1");
-    expectEnd([this] { callhome->writeConfig(); }, 1, "", "Failed\n");
+    expectFailure([this] { callhome->writeConfig(); }, "Failed");
     callhome->config.clear();
-    EXPECT_EQ(callhome->getConfig(text), 1U);
+    EXPECT_EQ(callhome->getConfig(text) + callhome->writeConfig(), 2);
+}
+
+TEST_F(ZlCallhomeTest, TheCommandLineInMemory)
+{
+    callhome->cmdOptions = {"a", "--Opt", "--opt"};
+    EXPECT_EQ(callhome->removeOption("--oPt", false), 0);
+    EXPECT_EQ(callhome->removeOption("--oPt", true) + callhome->removeOption("--opt", false), 2);
+    EXPECT_EQ(callhome->getCmdOptions(), "a");
+    callhome->cmdOptions.clear();
+    char words[3][5] = {"tool", "info", "list"};
+    char* line[] = {words[0], words[1], words[2], nullptr};
+    EXPECT_EQ(callhome->parseCmdLine(3, line), 0); // a second time
+    EXPECT_TRUE(callhome->cmds.size() == 20 && callhome->cmdP->getVerb() == "list | ls");
+    EXPECT_EQ(callhome->getCmdLineArgs(), (Words{"info", "list"}));
+    callhome->subject = "-h";
+    EXPECT_EXIT(callhome->parseCmdLine(1, line), testing::ExitedWithCode(1), "^Usage:");
+}
+
+// No command line leaves a text behind the verb; with -I, the helper program would get it.
+TEST_F(ZlCallhomeTest, HandlersMapTheTextBehindTheVerb)
+{
+    const std::tuple<int (*)(char*, char*, bool), const char*, const char*> cases[] = {
+        {runGatherSend, "--task DAILY WEEKLY", "[-F] [daily] [daily]"},
+        {runSendFile, "--file x", "[-F] [x]"},
+        {scheduleAdd, "--task", "[-F]"},
+        {statusList, "--verbose SENDFILE SENDPMRDATA DAILY WEEKLY",
+         "[-v] [sendfile] [sendpmrdata] [daily] [daily]"},
+        {statusDelete, "--StartTime --StartTimeBefore --starttimebefore --starttime",
+         "[--startTime] [--startTimeBefore] [--startTimebefore] [--starttime]"}};
+    setConfigFile("<callhomeTopology>\n<callhomeGroup>\ncallhomeNode = node1.zelf.test\ncallhomeChildNodes = "
+                  "node1.zelf.test\nenabled = true\nname = g\n</callhomeGroup>\n</callhomeTopology>\n");
+    callhome = &makeCallhome({"test", "connection", "-I"});
+    for (const auto& [handler, text, mapped] : cases) {
+        calls();
+        std::string buffer = text;
+        handler(nullptr, buffer.data(), true);
+        EXPECT_EQ(calls(), std::string("callhomeutils.pl ") + mapped + "\n");
+    }
 }
 
 TEST_F(ZlCallhomeTest, TheNodesAreThoseOfTheConfigurationAsItStands)
@@ -74,6 +115,9 @@ TEST_F(ZlCallhomeTest, CommandsThatRecreateASection)
     for (const auto& [settings, commands] : cases) {
         setConfigFile(settings);
         std::set<Words> commandSet = {{"old"}};
+        EXPECT_EQ(callhome->configSectionToCmds("none", &commandSet, true) +
+                      callhome->configSectionToCmds("global", nullptr, true),
+                  0);
         EXPECT_EQ(callhome->configSectionToCmds("global", &commandSet, true), 1);
         Words lines;
         for (const Words& words : commandSet) {
@@ -102,7 +146,7 @@ TEST_F(ZlCallhomeTest, WhatIsWrittenIsReadBack)
         }
         callhome->config = expected;
         ASSERT_EQ(callhome->writeConfig(), 0);
-        callhome->parseConfig();
+        ASSERT_EQ(callhome->parseConfig(), 0);
         ASSERT_EQ(callhome->config, expected) << contentOf(TMP + "ccr._callhomeconfig");
     }
 }

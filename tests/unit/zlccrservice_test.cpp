@@ -1,6 +1,7 @@
 // The road to the CCR, with a scripted zelfccr.
 #include "fixture.h"
 
+#include <cerrno>
 #include <stdexcept>
 
 #include "services/zlccrservice.h"
@@ -20,6 +21,26 @@ TEST_F(ZlCcrServiceTest, RepliesOfVget)
     }
     install("zelfccr", "echo x:7:ab:c"); // rather no answer than half of one
     EXPECT_THROW(ZlCcrService::getKeyValue("key"), std::out_of_range);
+}
+
+TEST_F(ZlCcrServiceTest, AFileComesAndGoes)
+{
+    ZlCcrService file("name", "/var/zelf/tmp", "copy");
+    Words lines;
+    for (const auto& [script, result] :
+         {std::pair{"exit 155", 3}, {"exit 149", 1}, {"exit 150", 2}, {"echo x >$3; exit 155", 0}}) {
+        install("zelfccr", script);
+        EXPECT_EQ(file.readCcrFile(), result) << script;
+    }
+    EXPECT_EQ(calls().substr(0, 42), "zelfccr [fget] [name] [/var/zelf/tmp/copy]");
+    errno = 0; // a write gives it
+    EXPECT_EQ(file.writeCcrFile(), 1);
+    install("zelfccr", "");
+    calls();
+    EXPECT_EQ(file.writeCcrFile() + file.getCcrData(&lines), 0);
+    EXPECT_EQ(calls() + toString(lines, ","), "zelfccr [fput] [name] [/var/zelf/tmp/copy]\nx");
+    EXPECT_EQ(ZlCcrService("name", "/var/zelf/no").writeCcrFile(), 1);
+    EXPECT_EQ(calls(), "");
 }
 
 TEST_F(ZlCcrServiceTest, ConditionalWritesAndRemovals)

@@ -2,9 +2,14 @@
 #include "fixture.h"
 
 #include <filesystem>
+#include <stdexcept>
+
+#include "commands/zlcallhome_utils.h"
 
 class ZlCliRemoteTest : public ZelfTest {
 protected:
+    static std::string usage() { return "Usage"; }
+
     TestCli& cli = makeCli({"status", "list"});
 };
 
@@ -26,6 +31,12 @@ TEST_F(ZlCliRemoteTest, WhatNodesMeanForACommand)
         EXPECT_EQ(cli.getCmdOptions(), arguments);
         EXPECT_EQ(cli.getMinRemoteNodeLevel(), 1900U); // never lowered
     }
+    ZlCmd forbidden(&cli, "status", "list", "", usage, nullptr, 0);
+    forbidden.setRemoteNodeHandling(ZlCmd::REMOTE_FORBIDDEN);
+    cli.setRemoteExecution(true);
+    expectFailure(
+        [&] { forbidden.processRemoteNodeHandling(); },
+        "zelfhome status list: Incorrect option:  Remote execution by -a, -N is not allowed.\nUsage");
 }
 
 TEST_F(ZlCliRemoteTest, CommandsOfManagerAndCollector)
@@ -38,14 +49,16 @@ TEST_F(ZlCliRemoteTest, CommandsOfManagerAndCollector)
          "^Cannot detect cluster manager node.\n\nAdditional messages:\nThe ZELF daemon"},
         {"zelfmgr", "echo - - - node4",
          "^Cannot access cluster manager node.\n\nAdditional messages:\n"
-         "The cluster manager node node4.zelf.test is 1500 Required: 1600\n"},
+         "The cluster manager node node4.zelf.test is 1599 Required: 1600\n"},
         {"zelfccr", "echo node3:active >$3", "node3.zelf.test"},
         {"zelfccr", "echo node1:active >$3", ""},
-        {"zelfccr", "exit 7", "^Could not find any active collector node.\n"}};
+        {"zelfccr", "exit 7", "^Could not find any active collector node.\nUsage\n"}};
     install("zelfprod", "");
+    setCluster({member(1, "node1 - node1.zelf.test"), member(2, "node2 - node2.zelf.test", 1600),
+                member(3, "node3 - node3.zelf.test"), member(4, "node4 - node4.zelf.test", 1599)});
     for (const auto& [program, script, result] : cases) {
         install(program, script);
-        ZlCmd cmd(&cli, "status", "list", "", nullptr, nullptr, 1900);
+        ZlCmd cmd(&cli, "status", "list", "", usage, nullptr, 1600);
         cmd.setRemoteNodeHandling(program == std::string("zelfmgr") ? ZlCmd::REMOTE_CLUSTER_MANAGER
                                                                     : ZlCmd::REMOTE_COLLECTOR);
         cli.setRemoteExecution(false);
@@ -59,7 +72,7 @@ TEST_F(ZlCliRemoteTest, CommandsOfManagerAndCollector)
         EXPECT_EQ(cli.doRemoteExecution(), !result.empty());
         cli.setRemoteExecution(true);
         EXPECT_EXIT(cmd.processRemoteNodeHandling(), testing::ExitedWithCode(1),
-                    "^zelfhome status: Incorrect option:");
+                    "^zelfhome status: Incorrect option: \nUsage\n");
     }
 }
 
@@ -79,14 +92,56 @@ TEST_F(ZlCliRemoteTest, TheCommandForOneNode)
 {
     EXPECT_EQ(cli.constructCmd("WORD", "node2"), "/opt/zelf/bin/zelfrun on1 node2 execzelfhome_2 WORD ");
     EXPECT_EQ(cli.constructCmd("WORD", "1"), "/opt/zelf/bin/callhomeutils.pl WORD");
+    EXPECT_EXIT(cli.areNodesEqual("nosuch", "1"), testing::ExitedWithCode(1), "areNodesEqual a null pointer");
     setZelfCfg("myNodeConfigNumber 9\n");
-    expectEnd([this] { cli.constructCmd("WORD", "node2"); }, 1, "",
-              "Failed\n\nAdditional messages:\nCannot detect local node name. Terminate!\n");
+    expectFailure([this] { cli.constructCmd("WORD", "node2"); }, "Failed",
+                  "Cannot detect local node name. Terminate!");
     // A dry run stops at the command when both bits are set.
     cli.setParserResultBit(PARSER_DRY_RUN);
     EXPECT_EQ(cli.executeCMD("exit 5", nullptr) + cli.execCmdRc, 10);
     cli.setParserResultBit(PARSER_DRY_RUN_STOP);
     expectEnd([this] { cli.executeCMD("exit 5", nullptr); }, 0, "exit 5\n", "");
+}
+
+TEST_F(ZlCliRemoteTest, NodesThatDoNotResolveEndTheRun)
+{
+    const auto check = [this] { cli.checkResolvedNodes("why"); };
+    check(); // no nodes are named
+    cli.setParserResultBit(PARSER_ALL_NODES);
+    cli.usageText = "Usage";
+    expectFailure(check, "No valid cluster node(s) specified.\nUsage", "why");
+    *Info::validNodesP = {"n"};
+    check();
+    *Info::invalidNodeDefinitionsP = {"x"};
+    expectFailure(check, "At least one non valid node was specified.\n\nUsage", "why");
+}
+
+TEST_F(ZlCliRemoteTest, RecordsOfAllNodesShowEachHeaderOnce)
+{
+    install("zelfrun", "echo 'n2:  a:HEADER:x'; echo n2: b; echo 'n2:  b'; echo; echo 'n1:  a:HEADER:x'");
+    *Info::validNodesP = {"node1"};
+    cli.setMachineReadableOutput(true);
+    EXPECT_EQ(printed([this] { EXPECT_THROW(cli.executeCMDonAll("run", "", nullptr), std::out_of_range); }),
+              "");
+    install("zelfrun", "echo 'n2:  a:HEADER:x'; echo 'n2:  b'; echo 'n2:  '; echo 'n1:  a:HEADER:x'; exit 7");
+    EXPECT_EQ(printed([this] { EXPECT_EQ(cli.executeCMDonAll("run", "", nullptr), 7); }), "a:HEADER:x\nb\n");
+    *Info::validNodesP = {"node4"};
+    cli.setMinRemoteNodeLevel(1900);
+    EXPECT_EQ(cli.executeCMDonAll("run", "", nullptr), 1);
+    EXPECT_EQ(cli.userResponse.substr(0, 55), "There is at least one node with node level below 1900.\n");
+}
+
+TEST_F(ZlCliRemoteTest, AProbeGivesCodeAnswersAndTheUnreached)
+{
+    install("zelfrun", "cat $2; printf '\nno mark\nn1:  a\nn1:  b:  c\n'; echo n2 >$3; exit 5");
+    const NodeProbeResult result = executeOnNodes({"n1:  x", "n2"}, "command");
+    EXPECT_EQ(result.exitCode, 5);
+    EXPECT_EQ(result.unreached, Words{"n2"});
+    EXPECT_EQ(result.output, (std::map<std::string, Words>{{"n1", {"x\n", "a\n", "b:  c\n"}}}));
+    std::filesystem::remove(TMP); // no place for the list of nodes
+    EXPECT_EQ(executeOnNodes({"n1"}, "command").unreached, Words{"n1"});
+    expectFailure([this] { cli.executeCMDonAll("run", "", nullptr); }, "Cannot create temp file");
+    std::filesystem::create_directory(TMP);
 }
 
 TEST_F(ZlCliRemoteTest, AllNodesByBothRoads)

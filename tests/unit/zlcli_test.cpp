@@ -1,6 +1,8 @@
 // What the framework says at the end, where no command of the tool has it said: a closing text for failures.
 #include "fixture.h"
 
+#include <iostream>
+
 using ZlCliTest = ZelfTest;
 
 TEST_F(ZlCliTest, BothEndsOfTheProcess)
@@ -19,7 +21,15 @@ TEST_F(ZlCliTest, BothEndsOfTheProcess)
         expectEnd([&, status = code] { delete &cli, exit(status); }, code, "", gone);
     }
     TestCli& cli = makeCli();
+    for (const char* verb : {"a", "b", "c"}) {
+        cli.cmds.emplace_back(&cli, "s", verb, "", nullptr, nullptr, 0);
+    }
+    cli.cleanupCmds(cli.cmds.begin() + 1);
+    EXPECT_TRUE(cli.cmds.size() == 1 && cli.cmds[0].getVerb() == "b");
+    expectFailure([&] { cli.cleanupCmds(cli.cmds.end()); }, "Command detection error.");
+    EXPECT_EQ(cli.createMessages(std::cout), 0);
     cli.pushMessage("hidden");
     cli.showAdditionalMessages = false;
-    expectEnd([&] { cli.terminateProgram(1); }, 1, "", "Failed\n");
+    EXPECT_EQ(cli.createMessages(std::cout), 1);
+    expectFailure([&] { cli.terminateProgram(1); }, "Failed");
 }

@@ -13,6 +13,7 @@ using ZlClusterInfoTest = ZelfTest;
 
 TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
 {
+    EXPECT_TRUE(Info::getInstance() != nullptr && ZlErrorService::getInstance() == &service);
     EXPECT_EQ(Info::getNodesMap({}), 1);
     const std::string good = member(7, "d7 10.0.0.7 a7 dl7 as7", 1800, "MX");
     setCluster({good, member(7, "e7 - second"), "test:10_CLUSTER:::7:x", member(12, "d12")});
@@ -29,6 +30,23 @@ TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
     EXPECT_TRUE(seven < 7 && !(four < 7)); // an equality, and the next a difference
     EXPECT_TRUE(seven < std::string("other") && !(seven < std::string("dl7")));
     EXPECT_TRUE(seven.equal(7) && seven.equal(seven) && !seven.equal(four));
+}
+
+TEST_F(ZlClusterInfoTest, TheEndOfTheObjectTakesAllSetsAlong)
+{
+    const auto end = [] {
+        delete Info::getInstance();
+        const void* const all[] = {Info::nodesP,
+                                   Info::nodeDefinitionP,
+                                   Info::validNodesP,
+                                   Info::allNodesP,
+                                   Info::invalidNodeDefinitionsP,
+                                   Info::cluserLevelToNameP,
+                                   Info::zelfcfgMapP,
+                                   Info::instanceP};
+        exit(std::ranges::any_of(all, [](const void* one) { return one != nullptr; }) ? 1 : 0);
+    };
+    expectEnd(end, 0, "", "");
 }
 
 TEST_F(ZlClusterInfoTest, FieldsOfANode)
@@ -137,6 +155,10 @@ TEST_F(ZlClusterInfoTest, ConfigurationFile)
     EXPECT_EQ(Info::getZelfCfg(), expected);
     std::filesystem::remove("/var/zelf/gen/zelf.cfg");
     EXPECT_EQ(Info::getZelfCfg(), expected); // read once
+    EXPECT_EQ(Info::readZelfCfg(), 1);
+    std::filesystem::create_directory("/var/zelf/gen/zelf.cfg"); // there, but not to be read
+    EXPECT_EQ(Info::readZelfCfg(), 1);
+    std::filesystem::remove("/var/zelf/gen/zelf.cfg");
 }
 
 TEST_F(ZlClusterInfoTest, ReleasesOfClusterAndNodes)

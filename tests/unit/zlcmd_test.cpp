@@ -84,6 +84,43 @@ TEST_F(ZlCmdTest, DeclarationOfOptionsAndPositionals)
     }
 }
 
+TEST_F(ZlCmdTest, DeclarationsThatContradictThemselves)
+{
+    ZlCmd cmd = command({{"--x", ZlCmd::NO}});
+    const std::tuple<Option, const char*, const char*> cases[] = {
+        {{"--y | --x", ZlCmd::NO}, "addMapping", "Verb --x already replaced!"},
+        {{"n", ZlCmd::ANY, "A | B"}, "operator()", "possitional parameter >n< cannot have token >A | B<"},
+        {{"", ZlCmd::NO, "A"}, "operator() check type of token", "A token must not have type ZlCMD::NO"}};
+    for (const auto& [option, place, fault] : cases) {
+        expectFailure([&, o = option] { cmd(o.name, o.type, false, o.token, nullptr, 0); },
+                      std::string("Program error at  ZlCmd::") + place, fault);
+    }
+    expectFailure(
+        [&] {
+            cmd.reset(
+                "sub", "do", "helper", work, [] { return std::string("Usage"); }, 0);
+        },
+        "helper script and function command is specified or non of them is specified.\nUsage",
+        "invalid code");
+}
+
+TEST_F(ZlCmdTest, HelpAndTheLackOfAVerbEndTheValidation)
+{
+    ZlCmd cmd = command({});
+    std::string verb;
+    EXPECT_EXIT(cmd.validate(cli.shellCmd, verb, cli.cmdOptions), testing::ExitedWithCode(1),
+                "^zelfhome sub: Missing arguments.\n$");
+    cli.setParserResultBit(PARSER_HELP);
+    cli.setRemoteExecution(true);
+    EXPECT_EXIT(validated(cmd, {}), testing::ExitedWithCode(1),
+                "^'zelfhome sub do' does not has any argument that ask for help.\n");
+    cmd("--help", ZlCmd::NO, false, "", nullptr, 0);
+    EXPECT_EQ(validated(cmd, {"x"}), "--help");
+    EXPECT_FALSE(cli.doRemoteExecution());
+    cmd("sub", "do", "echo helper", nullptr, 0);
+    expectEnd([&] { cmd.validate(cli.shellCmd, verb = "--help", cli.cmdOptions); }, 1, "helper\n", "");
+}
+
 TEST_F(ZlCmdTest, ALineIsTakenOrRefusedForItsFirstFault)
 {
     const ZlCmd closed = command({{"", ZlCmd::INT, "", true},
@@ -114,6 +151,7 @@ TEST_F(ZlCmdTest, ALineIsTakenOrRefusedForItsFirstFault)
             EXPECT_EXIT(validated(*cmd, line), testing::ExitedWithCode(1), fault);
         }
     }
+    EXPECT_TRUE(cli.functions.empty());
 }
 
 TEST_F(ZlCmdTest, WhatValidationLeavesForOtherCommands)
@@ -121,22 +159,25 @@ TEST_F(ZlCmdTest, WhatValidationLeavesForOtherCommands)
     ZlCmd cmd = command({});
     std::string (*const usage)() = [] { return std::string("Usage"); };
     cmd("sub", "do", work, usage, 0);
-    expectEnd([&] { validated(cmd, {"x"}); }, 1, "",
-              "'zelfhome sub do' does not allow any arguments.\nUsage\n\nAdditional messages:\n"
-              "Invalid argument: 'x'\n");
+    expectFailure([&] { validated(cmd, {"x"}); }, "'zelfhome sub do' does not allow any arguments.\nUsage",
+                  "Invalid argument: 'x'");
+    cmd.setFunctionMode(ZlFunction::MODE_SINGLE_ON_NODE, "lock");
+    EXPECT_EQ(validated(cmd, {}), "");
     cmd("id", ZlCmd::INT, true, "", nullptr, 0);
     cmd("--flag", ZlCmd::NO, false, "", nullptr, 0);
-    cmd.setFunctionMode(ZlFunction::MODE_SINGLE_ON_NODE, "lock");
     EXPECT_EQ(validated(cmd, {"7", "--flag"}), "7 --flag");
     cmd("sub", "do", work, nullptr, 0);
-    EXPECT_EQ(validated(cmd, {}), ""); // a function is there already
     cmd.disableValidation();
     EXPECT_EQ(validated(cmd, {"08", "?"}), "08 ?");
-    ASSERT_EQ(cli.functions.size(), 2U);
-    EXPECT_EQ(cli.functions.back().getName(), "lock");
-    expectEnd([&] { cmd("--x", ZlCmd::NO, false, "", nullptr, 0); }, 1, "",
-              "Program error at  ZlCmd::operator()\n\nAdditional messages:\n"
-              "Adding options is not allowed if validation is disabled.\n");
+    ASSERT_EQ(cli.functions.size(), 3U);
+    for (const auto& [place, id] : {std::pair{0, "0"}, {1, "7"}, {2, "8"}}) { // each refused for its id
+        writeFile("/var/zelf/ces/lock", std::string("x:1:n,1,success,") + id + "\n");
+        EXPECT_EQ(printed([&, place = place] { EXPECT_EQ(cli.functions[place].execute(), 1); }).substr(0, 14),
+                  "Lock request r");
+    }
+    expectFailure([&] { cmd("--x", ZlCmd::NO, false, "", nullptr, 0); },
+                  "Program error at  ZlCmd::operator()",
+                  "Adding options is not allowed if validation is disabled.");
 }
 
 TEST_F(ZlCmdTest, WhatPassesIsMappedInTheOrderOfTheKeys)
@@ -160,15 +201,14 @@ TEST_F(ZlCmdTest, WhatPassesIsMappedInTheOrderOfTheKeys)
     EXPECT_EQ(ZlErrorService::controlFlags, 2U);
     EXPECT_EQ(cli.getParserBits(), 1024U + 2048U);
 
-    const std::tuple<void (ZlCmd::*)(const std::string&, const std::string&), std::string, std::string>
-        again[] = {
-            {&ZlCmd::addMapping, "a", "addMapping\n\nAdditional messages:\na already replaced\n"},
-            {&ZlCmd::addVerbMapping, "do", "addVerbMapping\n\nAdditional messages:\ndo already replaced\n"},
-            {&ZlCmd::addVerbToCmdMapping, "do",
-             "addVerbToCmdMapping\n\nAdditional messages:\ndo already mapped\n"}};
-    for (const auto& [add, from, words] : again) {
-        expectEnd([&, add = add, &name = from] { (cmd.*add)(name, "x"); }, 1, "",
-                  "Program error at  ZlCmd::" + words);
+    using Add = void (ZlCmd::*)(const std::string&, const std::string&);
+    const std::tuple<Add, const char*, const char*, const char*> again[] = {
+        {&ZlCmd::addMapping, "addMapping", "a", "a already replaced"},
+        {&ZlCmd::addVerbMapping, "addVerbMapping", "do", "do already replaced"},
+        {&ZlCmd::addVerbToCmdMapping, "addVerbToCmdMapping", "do", "do already mapped"}};
+    for (const auto& [add, name, from, fault] : again) {
+        expectFailure([&, add = add, from = from] { (cmd.*add)(from, "x"); },
+                      std::string("Program error at  ZlCmd::") + name, fault);
     }
 }
 

@@ -33,15 +33,23 @@ TEST_F(ZlFileIOTest, BytesInMemory)
     ZlFileIO file(PATH);
     std::string text = "old";
     Words lines;
-    EXPECT_EQ(file.getData(&lines), 2);
+    const char* bytes = nullptr;
+    int length = 0;
+    EXPECT_EQ(file.getData(&lines) + file.getData(&bytes, &length), 3);
     const Names set = {"b", "", "a"};
     file.setData(&set);
     file.append("right");
-    file.prepend("left long", 5);
-    EXPECT_EQ(file.getData(&text), 0);
+    file.prepend("t long", 2);
+    file.prepend("lef");
+    EXPECT_EQ(file.getData(&text) + file.getData(&bytes, &length), 0);
     EXPECT_EQ(text, "left \na\nb\nright");
+    EXPECT_EQ(std::string(bytes, length), text);
     const char* const none = nullptr;
-    EXPECT_EQ(file.append(none, 1) + file.prepend(none, 1) + file.setData(none, 1), 3);
+    const Names* const noLines = nullptr;
+    EXPECT_EQ(file.append(none, 1) + file.prepend(none, 1) + file.setData(none, 1) + file.setData(noLines),
+              4);
+    EXPECT_EQ(file.getData(static_cast<Words*>(nullptr)) + file.getData(static_cast<std::string*>(nullptr)),
+              2);
     EXPECT_EQ(file.append("!", 1) + file.getSize(), 16);
 }
 

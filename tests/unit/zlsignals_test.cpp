@@ -94,6 +94,22 @@ TEST_F(ZlSignalsTest, WhoAsksGetsAnAnswerAndNoErrorNumberIsLost)
     EXPECT_EQ(answer.si_value.sival_int, getpid());
 }
 
+TEST_F(ZlSignalsTest, HandlersOfBothFormsAndRefusedOnes)
+{
+    static int seen = 0;
+    service.addSignal(SIGUSR2, [](int number) { seen = number; });
+    std::raise(SIGUSR2);
+    EXPECT_EQ(seen, SIGUSR2);
+    expectFailure([this] { service.addSignal(SIGKILL, [](int /*signal*/) {}); },
+                  "Define default signal handling failed.");
+    expectIn(contentOf(TMP + "test.log"), "\nZlErrorService::addSignal Setting default action failed. T");
+    expectFailure([this] { service.addSignal(SIGKILL, ZlErrorService::signalHandler); },
+                  "Define signal handler failed.");
+    std::string text = "said: ";
+    EXPECT_EQ(service.getLastError(nullptr) + service.getLastError(&text), 1);
+    EXPECT_EQ(text, "said: getLastError failed. Parameter is NULL.");
+}
+
 TEST_F(ZlSignalsTest, ADumpOfTheDebugLogKeepsIt)
 {
     siginfo_t info{};

@@ -87,6 +87,9 @@ TEST_F(ZlTableTest, InsertGoesByThePlaceInTheRecord)
     // All values are decoded behind the first name.
     EXPECT_THROW(table.insert({"d", "e"}, {"1", "%"}), std::out_of_range);
     EXPECT_EQ(table.getSize(), std::make_pair(3UL, 4UL));
+    table.setSeparator('=');
+    EXPECT_EQ(shown(), "a   b   c:   d   \n=== === ==== === \n1   2        \n    3        \n");
+    table.setSeparator('\0');
     cli.setParserResultBit(PARSER_DISPLAY_LIST);
     EXPECT_EQ(shown(), "a    1     \nb    ; 2   3   \nc:   \nd    \n");
     table.filterByHeader({"a", "d"}); // off the list goes the one behind, or else the last itself
@@ -95,18 +98,18 @@ TEST_F(ZlTableTest, InsertGoesByThePlaceInTheRecord)
 
 TEST_F(ZlTableTest, FiltersRowsAndColumns)
 {
-    for (const Words& row : {Words{"a", "1", "1"}, Words{"B", "2", "2"}, Words{"c", "3", "3"}}) {
-        table.insert({"N", "s", "t"}, row);
+    for (const std::string name : {"a", "B", "c"}) {
+        table.insert({"N", "s", "u", "t"}, {name, "1", "9", name + name});
     }
     table.filterByRow("n", {"a"}, true);       // no column of the table
     table.filterByRow("N", {"a", "b"}, false); // values go by case always
-    EXPECT_EQ(shown(), "N   s   t   \nB   2   2   \nc   3   3   \n");
+    EXPECT_EQ(shown(), "N   s   u   t    \nB   1   9   BB   \nc   1   9   cc   \n");
     table.setCaseSensitive(false);
     table.filterByRow("n", {"c"}, true);
-    EXPECT_EQ(shown(), "N   s   t   \nc   3   3   \n");
+    EXPECT_EQ(shown(), "N   s   u   t    \nc   1   9   cc   \n");
     table.replaceHeader("t", "s");
     table.filterByHeader({"s", "lost"});
-    EXPECT_EQ(shown(), "s   s   \n3   3   \n");
+    EXPECT_EQ(shown(), "s   s    \n1   cc   \n");
 }
 
 TEST_F(ZlTableTest, ShowWithoutDataLeavesAMessageForRecordsAndLists)
@@ -127,6 +130,9 @@ TEST_F(ZlTableTest, ShowWithoutDataLeavesAMessageForRecordsAndLists)
 TEST_F(ZlTableTest, SortTakesTheRowsThatAreLikeTheFirst)
 {
     EXPECT_EQ(table.sortTable("Key", 0), 1);
+    table.append(static_cast<Words*>(nullptr));
+    table.append(static_cast<std::map<std::string, std::string>*>(nullptr));
+    table.filterByRow("Key", {}, true);
     for (const std::string row : {"b1", "a2", "B3", "b4", "c5"}) {
         table.insert({"Key", "N"}, {row.substr(0, 1), row.substr(1)});
     }

@@ -3,6 +3,8 @@
 
 #include <stdexcept>
 
+#include "commands/zlcallhome_excute.h"
+
 TEST(ZlUtils, TrimLeavesBlanksOnlyAndASingleFirstByteAlone)
 {
     const Words cases[] = {// text, trimLeft, trimRight, trim
@@ -30,6 +32,12 @@ TEST(ZlUtils, CutsAtAnyByteOrAtTheWholeDelimiter)
     EXPECT_EQ(split(",a,,b,", ","), (Words{"", "a", "", "b", ""}));
     EXPECT_EQ(containerToString({}, ",") + containerToString({"", "b", ""}, ","), ",b,");
     EXPECT_EQ(linesOf("a\n\nb:c"), (Words{"a\n", "\n", "b:c"}));
+    Names set = {"old"};
+    EXPECT_EQ(stringToSet(&set, "b,a,b", ","), 0);
+    EXPECT_EQ(set, (Names{"a", "b"}));
+    EXPECT_EQ(stringToVector(nullptr, "a", ",") + stringToSet(nullptr, "a", ",") +
+                  stringListToContainer("a", ",", nullptr),
+              3);
 }
 
 TEST(ZlUtils, KeysAndReplacements)
@@ -44,6 +52,7 @@ TEST(ZlUtils, KeysAndReplacements)
     EXPECT_EQ(text, "YYX");
     EXPECT_EQ(replaceAllSubstrg(text = "XXXXab", "XX", "") + replaceAllSubstrg(text, "", ""), 2);
     EXPECT_EQ(text, "ab");
+    EXPECT_EQ(replaceAllSubstrings("XXX", "XX", "XXX") + replaceAllSubstrings("ab", "", "X"), "XXXXab");
 }
 
 TEST(ZlUtils, PercentCodec)
@@ -79,7 +88,7 @@ TEST(ZlUtils, Predicates)
         {"d", {"+5", "-0", "-.5", "a12", "-2147483649"}}, // the first byte is not looked at
         {"da", {"a"}},
         {"a", {"", "abcXYZ", "TS"}},
-        {"p", {"TS123456789", "TS.;-/ !\"#$", "12345.A1B.000", "12345.000.000"}},
+        {"p", {"TS123456789", "TS.;-/ !\"#$", "12345.A1B.000", "90909.A9Z.090"}},
         {"",
          {"-", ".", "--5", "5 ", "1.", "1.5.5", "ab\xe9", "TS123", "TS1234567890", "12345.a1b.000",
           "1234A.A1B.000", "12345.A1B.00A", "12345-A1B-000", "12345.A1B.0000"}}};
