@@ -1,6 +1,7 @@
 // The call-home configuration in memory.
 #include "fixture.h"
 
+#include <algorithm>
 #include <random>
 
 #include "commands/zlcallhome_excute.h"
@@ -148,5 +149,61 @@ TEST_F(ZlCallhomeTest, WhatIsWrittenIsReadBack)
         ASSERT_EQ(callhome->writeConfig(), 0);
         ASSERT_EQ(callhome->parseConfig(), 0);
         ASSERT_EQ(callhome->config, expected) << contentOf(TMP + "ccr._callhomeconfig");
+    }
+}
+
+TEST_F(ZlCallhomeTest, LinesOfTheGrammarPassAndTheirFirstFaultIsNamed)
+{
+    const std::map<ZlCmd::valueType, std::pair<const char*, const char*>> values = {
+        // a good value, what is said of a bad one
+        {ZlCmd::ANY, {"any text", nullptr}},
+        {ZlCmd::INT, {"-7", "Invalid value: 'bad'"}},
+        {ZlCmd::EMAIL, {"a@b", "Invalid value: 'bad'"}},
+        {ZlCmd::COUNTRY_CODE, {"DE", "Invalid value: 'bad'"}},
+        {ZlCmd::TICKET_NUMBER, {"12345.A1B.000", "Invalid value: 'bad'"}},
+        {ZlCmd::NODE, {"2", "Can not resolve 'bad'"}},
+        {ZlCmd::TOKEN, {"weekly", "Incorrect option: 'bad'"}}};
+    std::mt19937 random(1);
+    for (size_t round = 0; round < 5 * callhome->cmds.size(); ++round) {
+        const ZlCmd& cmd = callhome->cmds[round % callhome->cmds.size()];
+        Words line;
+        const auto expectFault = [&](const std::string& word, const std::string& fault) {
+            Words faulty = line;
+            faulty.insert(faulty.end(), word.empty() ? 0 : 1, word);
+            EXPECT_EXIT(cmd.validate(callhome->shellCmd, callhome->verb, faulty), testing::ExitedWithCode(1),
+                        fault)
+                << cmd.allNames() << ": " << toString(faulty, " ");
+        };
+        std::vector<ZlOption> options(cmd.getOptions().begin(), cmd.getOptions().end());
+        std::shuffle(options.begin(), options.end(), random);
+        int place = 0;
+        for (const ZlOption& drawn : options) {
+            // Positionals keep their order among themselves.
+            const bool isNamed = drawn.getName()[0] == '-';
+            const ZlOption option =
+                isNamed ? drawn
+                        : *std::ranges::find(options, "#" + toString(place++) + "#", &ZlOption::getName);
+            if (option.isRequired()) {
+                expectFault("", "^Missing arguments.");
+            } else if (random() % 4 == 0) {
+                continue;
+            }
+            if (isNamed) {
+                line.push_back(option.getName());
+            }
+            if (option.getType() != ZlCmd::NO) {
+                const auto& [good, fault] = values.at(option.getType());
+                if (isNamed) {
+                    expectFault("",
+                                "^Missing value. Option " + option.getName() + " needs a value of type: ");
+                }
+                if (fault != nullptr) {
+                    expectFault("bad", fault);
+                }
+                line.push_back(good);
+            }
+        }
+        expectFault("surplus", "Invalid argument: 'surplus'");
+        EXPECT_TRUE(cmd.validate(callhome->shellCmd, callhome->verb, line)) << cmd.allNames();
     }
 }
