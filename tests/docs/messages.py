@@ -7,19 +7,17 @@ import re
 import sys
 
 # Texts that begin so are results, the layout of the logs, or words of other programs. Then those that no verb reaches:
-# types and declarations, other nodes and managers, keys in the CCR, tables. All of tasks and locks stands in UNREACHED.
+# types, other nodes and managers, keys in the CCR; and the sources of tasks, tables, declarations, refused handlers.
 OTHERS = """Version:|Usage:|=== List|Call home node:|Starting time:|End time:|Chunk size|Job ID|Debug Trace|
 The monitoring service is down|uplink available|passed rc=0|NOT OK|callhome installed|execchcommand|execzelfhome|/|$(/|
 NO argument|ANY arguments|IP number|member of {|CES Node(s)|NO or ANY argument|string without any char|
 error at mapOption|which is required|which is not requiered|parser error:|' does not has any argument|Program error|
-active collector|cluster manager|Command detection error|Invalid release:|Cannot detect local node|Cannot detect cluster|ZlCli::areNodesEqual a null|
-The ZELF daemon|Cannot access cluster|The cluster manager node|Required:|Process (|Could not find any active|
-Include collector nodes|There is at least one node|Cannot create temp file|No valid cluster|At least one non valid|
-Define signal|Define default signal|ZlErrorService::addSigna|ZlErrorService::getStack|) runs as deamon|
-#### function|< cannot have|A token must not|Adding options is not|Invalid version|No data available|getLastError|
-Open file failed|Read from file failed|Verb|already mapped|already replaced|ccr vput|helper script and function|
-invalid code|invalid key|possitional parameter"""
-UNREACHED = r"/zl(function|comparator)\w*\.(cpp|h)$"
+active collector|cluster manager|Command detection error|Invalid release:|Cannot detect local node|Invalid version|
+Cannot detect cluster|ZlCli::areNodesEqual a null|The ZELF daemon|Cannot access cluster|The cluster manager node|
+Required:|Could not find any active|Include collector nodes|There is at least one node|Cannot create temp file|
+No valid cluster|At least one non valid|#### function|getLastError|Open file failed|Read from file failed|
+ccr vput|invalid key"""
+UNREACHED = r"/zl(function\w*|comparatorfactory|table|cmd|signals)\.(cpp|h)$"
 TRACE = re.compile(r"\b(push(New|Debug)Msg|_?executeCMD|ioError|trace\w*)\(")
 TOKEN = re.compile(r"""//[^\n]*|"(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])+'|[;{}]|[^"'/;{}]+|.""", re.S)
 
@@ -40,11 +38,11 @@ def messages(source):
 
 texts, said = set(), set()
 for path in pathlib.Path(sys.argv[1]).rglob("*.*"):
-    for text in () if re.search(UNREACHED, str(path)) else messages(path.read_text()):
+    for text in messages(path.read_text()):
         lines = re.sub(r"^\\n|\\t|%s", " ", text).replace('\\"', '"').split("\\n")
         lines = [" ".join(line.split()) for line in lines]
         texts.update(line for line in lines if len(line) > 5)
-        if re.search(r"[A-Za-z][\w,.:]* [A-Za-z]|^[A-Z][a-z]+\W*$", lines[0]):
+        if re.search(r"[A-Za-z][\w,.:]* [A-Za-z]|^[A-Z][a-z]+\W*$", lines[0]) and not re.search(UNREACHED, str(path)):
             said.add(lines[0])
 
 page = pathlib.Path(sys.argv[2]).read_text().replace("\\&", "").replace("\\(dq", '"')

@@ -9,8 +9,6 @@ const std::tuple<std::string, std::string, std::string> REFUSALS[] = {
     {"info list %78 --fullDecode --dryrun", "'zelfhome info list' does not allow any arguments.",
      "Invalid argument: '%78 --fulldecode'"},
     {"group list -Yh", "Invalid argument: '--help'", ""},
-    {"info change --customer-name --current",
-     "Missing value. Option --customer-name needs a value of type: ANY argument", ""},
     {"group add g1 node1 --node node1,nosuch",
      "zelfhome group: Invalid nodes definition: Can not resolve 'node1,nosuch'",
      "Required argument type: Node(s) as ID, short / long name, IP, node class or nodes file."},
@@ -67,24 +65,6 @@ TEST_F(Installation, GrammarRefusesAlikeWhatIsWrongAlike)
     }
 }
 
-// Without the helper program a good line ends just behind the grammar, whatever its handler does.
-TEST_F(Installation, GrammarAcceptsGoodLines)
-{
-    shell("rm bin/callhomeutils.pl");
-    writeFile("/var/zelf/gen/list", "node1\n3\nall\n");
-    const std::string lines =
-        "group list --LONG -Y|group list --Outdated --long|group add all /var/zelf/gen/list|"
-        "group add g1 node4 --node ALL,1|group del #0# g1|group delete -Yh|group delete -|"
-        "group auto --server all --FORCE --enable --disable|run GatherSend --Task Weekly -I|"
-        "run SendFile --file 'a b' --desc --FILE --pmr TSabcdefghi|"
-        "status list --task SendPmrData --numbers 2147483647 -v|status list -aY -Nnode1|test connection -a|"
-        "status ls --current --task daily --outdated|status del --startTime x --StartTimeBefore y --all|"
-        "info change --customer-name '' --customer-name -- --DryRun --email a@b --debug|zelfmon query --long";
-    for (const std::string& line : split(lines, '|')) {
-        EXPECT_TRUE(runTool(line).err.starts_with("Missing component for software call home.\n")) << line;
-    }
-}
-
 // What is said, or its begin; and the lines.
 const std::tuple<const char*, Result, Strings> USAGES[] = {
     {"general",
@@ -106,8 +86,7 @@ const std::tuple<const char*, Result, Strings> USAGES[] = {
     {"version", success("Version:4.2.3-7.000\n"), {"--version", "--version --help", "--version --dryrun x"}},
 };
 
-// The texts are held against the grammar, by the test of the manual page. Help needs a node on which call
-// home could work; the version does not.
+// Help needs a node on which call home could work; the version does not.
 TEST_F(Installation, UsageComesBehindTheChecksOfTheEnvironment)
 {
     inEach(USAGES, [](const char* name, const Result& expected, const Strings& lines) {

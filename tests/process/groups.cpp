@@ -45,7 +45,6 @@ const std::string OLD_CLASSES = "\n" + FETCH + "\nzelfchclass CALLHOME_SERVERS r
 const std::string DELETED_CLASS =
     "\n" + FETCH + "\nzelfdelclass CALLHOME_SERVERS\nzelfcrclass CALLHOME_CLIENTS -N\n" + FETCH;
 const std::string DEPLOY = "\nzelfrun onall node2,node3 '' execzelfhome_2 '\"";
-const std::string MAKE_NODE4_OLD = "sed -i /:node4:/s/:1900:/:1500:/ $GEN/zelfsdr; ";
 
 } // namespace
 
@@ -108,12 +107,12 @@ const Run GROUP_RUNS[] = {
      Result{3, "", "Failed\n"}, "zelfccr fput _callhomeconfig /var/zelf/tmp/_callhomeconfig\n" + AUTO},
     // The copy of the list is the list as it was read.
     {"group auto",
-     MAKE_NODE4_OLD + listed("node1\\nnode4\\nnobody\\n", "node2\\nnode3\\n") +
+     listed("node1\\nnode4\\nnobody\\n", "node2\\nnode3\\n") +
          answers("zelfautoconfig", "cmp /var/zelf/gen/nodeFiles/zelfall.rel /var/zelf/tmp/zelfall.rel"),
      success(DEPLOYING + "Success\n\nAdditional messages:\nSome nodes do not have min release level 1600\n"
                          "Number of nodes exclude from processing: 2\n"),
      AUTO + DELETED_CLASS + DEPLOY + "proxy disable\"'"},
-    {"group auto", MAKE_NODE4_OLD + listed("node4\\n", ""),
+    {"group auto", listed("node4\\n", ""),
      failed("Terminate execution.", "No nodes available with min release level 1600"), ""},
     {"group auto", "", failed("Terminate execution.", "No nodes available with min release level 1600"), ""},
     // "-h" within a name counts as well.

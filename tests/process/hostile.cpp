@@ -1,5 +1,4 @@
-// Many runs at once, and a machine that is short of things or full of traps: nothing is lost, nothing hangs,
-// and nobody reads what is none of his.
+// Many runs at once, and a machine that is short of things or full of traps: nothing is lost, nothing hangs.
 #include "support/installation.h"
 
 #include <algorithm>
@@ -110,7 +109,7 @@ TEST_F(Installation, HostileFilesAtTheToolsNamesNeitherHangNorLeadElsewhere)
         });
     }
     SetUp();
-    // The copy of the configuration, which the repository's tool writes, and the list of nodes.
+    // The copy of the configuration, and the list of nodes.
     shell("set -e; echo node1 >$GEN/nodeFiles/zelfall.rel; cd $TMP; chmod 1777 .; " + notes +
           "ln -s ../notes _callhomeconfig; ln -s ../notes zelfall.rel; chown -h 9 *");
     runShell("umask 0; exec $T group auto --enable");

@@ -27,16 +27,13 @@ TEST_F(Installation, LogsOfAGoodRunHoldItsStepsInOrder)
     expectInOrder(LOG, {"\nTrace messages start at: STAMP\nzelfhome\ninfo\nlist\nZlCli created.\n",
                         STEP + "zelfctl nqStatus -q >/dev/null 2>&1" + DONE,
                         STEP + "zelfmonc callhome ensureConfigInCCR 2>&1" + DONE,
-                        STEP +
-                            "zelfccr fget _callhomeconfig /var/zelf/tmp/_callhomeconfig 1>/dev/null "
-                            "2>/dev/null" +
-                            DONE,
+                        STEP + FETCH + " 1>/dev/null 2>/dev/null" + DONE,
                         "\nZlCallhome::main local cmd: info list\n",
                         "\nTerminate from ZlCli::~ZlCli\nTrace messager end at: STAMP\n"});
     expectInOrder(DEBUG_LOG,
                   {"Debug Trace start at: STAMP\n", "_executeCMD: response:\n\nresponse end\n",
                    "_executeCMD: response:\nwords\n\nresponse end\n", "\n\n#### function trace ####\n",
-                   "\nstatic int ZlClusterInfo::getNodesMap(", "\n\tZlCmd::validate: success \n",
+                   "\nstatic int ZlClusterInfo::getNodesMap(", "\n\tZlCallhome::parseCmdLine: done\n",
                    "\nvoid ZlErrorService::writeTrace()\n", "\nDebug Trace end at: STAMP\n"});
 }
 

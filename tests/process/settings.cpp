@@ -1,9 +1,8 @@
 // The verbs over the settings road: info, proxy, schedule and capability.
 #include "support/installation.h"
 
-// Every verb on both roads of the old-master gate: the command line; what the monitoring service gets,
-// outside every group, too; what the helper program gets from a member of an old group, if not the line.
-// Empty for a list, which asks nobody.
+// Every verb on both roads of the old-master gate: the command line; what the monitoring service gets, if
+// anything; what the helper program gets from a member of an old group, if not the line.
 const std::tuple<std::string, std::string, std::string> ROADS[] = {
     {"capability enable", "enabled true", ""},
     {"capability disable", "enabled false", ""},
@@ -66,9 +65,8 @@ const Run SETTINGS[] = {
      Result{255, "", "trouble\nanswer\n"}, CHANGE + "customer-name --email email c@"},
     {"info change -I --customer-id -- -Y --dryrun", "", success(""), CHANGE + "customer-id --"},
     {"info change -Y", "", Result{2, "", "No parameters specified\n"}, ""},
-    // The helper program gets the arguments in the order typed; with -I the text behind the verb, which a
-    // command
-    // line never has.
+    // The helper program gets the arguments in the order typed; with -I the text behind the verb, of which
+    // there is none.
     {"info change --email a@b --customer-name 'A $B' -Y --customer-id ''", OLD,
      Result{6, "done\n", "trouble\n"},
      "callhomeutils.pl info change --email a@b --customer-name 'A $B' --customer-id ''"},

@@ -1,5 +1,4 @@
-// The start of a run: what it calls in which order, and how it ends where the installation is not as it
-// should be.
+// The start of a run: what it calls in which order, and how it ends where the installation is damaged.
 #include "support/installation.h"
 
 namespace {
@@ -38,8 +37,7 @@ const std::tuple<std::string, std::string, Result, size_t> STARTS[] = {
     {"echo exit 7 >answers/start", "group", {7, "", "Failed\n"}, 2},
     {"echo 'echo The monitoring service is down and does not respond' >answers/start", "info list", LISTED,
      3},
-    // The command dies of a signal, whether or not its shell has put the program in its own place: that reads
-    // as 0.
+    // The command dies of a signal, with or without a shell around it: that reads as 0.
     {"echo 'read -r n </proc/$PPID/comm; [ $n != sh ] || kill -9 $PPID; kill -9 $$' >answers/start",
      "info list", LISTED, 3},
 

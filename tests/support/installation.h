@@ -1,5 +1,4 @@
-// A healthy installation for each test, as support/prepare makes it. A stand-in for a program records its
-// call and then answers as the test says.
+// A healthy installation for each test, whose stand-ins for programs record each call and answer as told.
 #pragma once
 
 #include <cstdlib>

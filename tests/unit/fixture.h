@@ -2,11 +2,7 @@
 #pragma once
 
 #include <functional>
-#include <set>
-#include <string>
 #include <tuple>
-#include <unistd.h>
-#include <vector>
 
 #include "callhome/zlcallhome.h"
 #include "cli/zlcli.h"

@@ -1,8 +1,6 @@
 // What a node definition means, and the command that changes a node class.
 #include "fixture.h"
 
-#include <filesystem>
-
 #include "cluster/zlnodesdefinition.h"
 
 using NodeDefinitionsTest = ZelfTest;

@@ -31,4 +31,5 @@ TEST(ZelfErrno, SystemNumbersAndBack)
         EXPECT_EQ(ZelfToSystemErrnoFull(zelf), system) << zelf;
     }
     EXPECT_EQ(ZelfErrnoFull(INT_MAX), INT_MAX);
+    EXPECT_EQ(ZelfErrnoFull(INT_MAX - 1000), INT_MAX);
 }

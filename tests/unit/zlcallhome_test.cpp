@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <random>
 
-#include "commands/zlcallhome_excute.h"
-
 namespace {
 
 // What a start needs; the CCR's file is TMP "ccr._callhomeconfig".
@@ -67,28 +65,6 @@ TEST_F(ZlCallhomeTest, TheCommandLineInMemory)
     EXPECT_EQ(callhome->getCmdLineArgs(), (Words{"info", "list"}));
     callhome->subject = "-h";
     EXPECT_EXIT(callhome->parseCmdLine(1, line), testing::ExitedWithCode(1), "^Usage:");
-}
-
-// No command line leaves a text behind the verb; with -I, the helper program would get it.
-TEST_F(ZlCallhomeTest, HandlersMapTheTextBehindTheVerb)
-{
-    const std::tuple<int (*)(char*, char*, bool), const char*, const char*> cases[] = {
-        {runGatherSend, "--task DAILY WEEKLY", "[-F] [daily] [daily]"},
-        {runSendFile, "--file x", "[-F] [x]"},
-        {scheduleAdd, "--task", "[-F]"},
-        {statusList, "--verbose SENDFILE SENDPMRDATA DAILY WEEKLY",
-         "[-v] [sendfile] [sendpmrdata] [daily] [daily]"},
-        {statusDelete, "--StartTime --StartTimeBefore --starttimebefore --starttime",
-         "[--startTime] [--startTimeBefore] [--startTimebefore] [--starttime]"}};
-    setConfigFile("<callhomeTopology>\n<callhomeGroup>\ncallhomeNode = node1.zelf.test\ncallhomeChildNodes = "
-                  "node1.zelf.test\nenabled = true\nname = g\n</callhomeGroup>\n</callhomeTopology>\n");
-    callhome = &makeCallhome({"test", "connection", "-I"});
-    for (const auto& [handler, text, mapped] : cases) {
-        calls();
-        std::string buffer = text;
-        handler(nullptr, buffer.data(), true);
-        EXPECT_EQ(calls(), std::string("callhomeutils.pl ") + mapped + "\n");
-    }
 }
 
 TEST_F(ZlCallhomeTest, TheNodesAreThoseOfTheConfigurationAsItStands)
@@ -154,15 +130,13 @@ TEST_F(ZlCallhomeTest, WhatIsWrittenIsReadBack)
 
 TEST_F(ZlCallhomeTest, LinesOfTheGrammarPassAndTheirFirstFaultIsNamed)
 {
-    const std::map<ZlCmd::valueType, std::pair<const char*, const char*>> values = {
-        // a good value, what is said of a bad one
-        {ZlCmd::ANY, {"any text", nullptr}},
-        {ZlCmd::INT, {"-7", "Invalid value: 'bad'"}},
-        {ZlCmd::EMAIL, {"a@b", "Invalid value: 'bad'"}},
-        {ZlCmd::COUNTRY_CODE, {"DE", "Invalid value: 'bad'"}},
-        {ZlCmd::TICKET_NUMBER, {"12345.A1B.000", "Invalid value: 'bad'"}},
-        {ZlCmd::NODE, {"2", "Can not resolve 'bad'"}},
-        {ZlCmd::TOKEN, {"weekly", "Incorrect option: 'bad'"}}};
+    const std::map<ZlCmd::valueType, std::string> goodValues = {{ZlCmd::ANY, "any text"},
+                                                                {ZlCmd::INT, "-7"},
+                                                                {ZlCmd::EMAIL, "a@b"},
+                                                                {ZlCmd::COUNTRY_CODE, "DE"},
+                                                                {ZlCmd::TICKET_NUMBER, "12345.A1B.000"},
+                                                                {ZlCmd::NODE, "2"},
+                                                                {ZlCmd::TOKEN, "weekly"}};
     std::mt19937 random(1);
     for (size_t round = 0; round < 5 * callhome->cmds.size(); ++round) {
         const ZlCmd& cmd = callhome->cmds[round % callhome->cmds.size()];
@@ -192,15 +166,13 @@ TEST_F(ZlCallhomeTest, LinesOfTheGrammarPassAndTheirFirstFaultIsNamed)
                 line.push_back(option.getName());
             }
             if (option.getType() != ZlCmd::NO) {
-                const auto& [good, fault] = values.at(option.getType());
                 if (isNamed) {
-                    expectFault("",
-                                "^Missing value. Option " + option.getName() + " needs a value of type: ");
+                    expectFault("", "^Missing value. Option " + option.getName() + " needs a value");
                 }
-                if (fault != nullptr) {
-                    expectFault("bad", fault);
+                if (option.getType() != ZlCmd::ANY) {
+                    expectFault("bad", "(Invalid value:|Incorrect option:|Can not resolve) 'bad'");
                 }
-                line.push_back(good);
+                line.push_back(goodValues.at(option.getType()));
             }
         }
         expectFault("surplus", "Invalid argument: 'surplus'");

@@ -37,7 +37,7 @@ TEST_F(ZlFileIOTest, BytesInMemory)
     int length = 0;
     EXPECT_EQ(file.getData(&lines) + file.getData(&bytes, &length), 3);
     const Names set = {"b", "", "a"};
-    file.setData(&set);
+    EXPECT_EQ(file.setData(&set) + file.setData(&set), 0);
     file.append("right");
     file.prepend("t long", 2);
     file.prepend("lef");

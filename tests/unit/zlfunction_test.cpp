@@ -3,7 +3,6 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <iostream>
 #include <regex>
 #include <sys/prctl.h>

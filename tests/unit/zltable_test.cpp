@@ -74,6 +74,8 @@ TEST_F(ZlTableTest, MergesRecordsByColumnName)
               "zelfhome:s:HEADER:version:reserved:reserved:name:size:n%3Aw:\nzelfhome:s:0:1:::n*:*0::\n"
               "zelfhome:s:0:1:::n2:::\nzelfhome:s:0:1::::3*:a%3Ab:\nzelfhome:s:0:1:::n*:*0::\n"
               "zelfhome:s:0:1::::3*:x:\n");
+    table.replaceValue("size", "*0", "");
+    EXPECT_EQ(table.getColumn("size"), (Words{"", "30", "", "30"}));
 }
 
 TEST_F(ZlTableTest, InsertGoesByThePlaceInTheRecord)

@@ -32,9 +32,6 @@ TEST(ZlUtils, CutsAtAnyByteOrAtTheWholeDelimiter)
     EXPECT_EQ(split(",a,,b,", ","), (Words{"", "a", "", "b", ""}));
     EXPECT_EQ(containerToString({}, ",") + containerToString({"", "b", ""}, ","), ",b,");
     EXPECT_EQ(linesOf("a\n\nb:c"), (Words{"a\n", "\n", "b:c"}));
-    Names set = {"old"};
-    EXPECT_EQ(stringToSet(&set, "b,a,b", ","), 0);
-    EXPECT_EQ(set, (Names{"a", "b"}));
     EXPECT_EQ(stringToVector(nullptr, "a", ",") + stringToSet(nullptr, "a", ",") +
                   stringListToContainer("a", ",", nullptr),
               3);
