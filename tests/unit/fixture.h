@@ -58,6 +58,7 @@ class ZelfTest : public testing::Test {
 protected:
     ZelfTest() { ZelfTest::SetUp(); } // before the commands that a test's own objects run
     void SetUp() override;
+    static std::string usage() { return "Usage"; }
 
     ZlErrorService& service = *ZlErrorService::errorServiceP;
 };

@@ -5,8 +5,6 @@
 
 class ZlCliRemoteTest : public ZelfTest {
 protected:
-    static std::string usage() { return "Usage"; }
-
     TestCli& cli = makeCli({"status", "list"});
 };
 

@@ -26,7 +26,7 @@ TEST_F(ZlClusterInfoTest, MemberLinesAndNodes)
     EXPECT_TRUE(four < seven && !(seven < four) && !(seven < seven));
     EXPECT_TRUE(seven < 7 && !(four < 7)); // an equality, and the next a difference
     EXPECT_TRUE(seven < std::string("other") && !(seven < std::string("dl7")));
-    EXPECT_TRUE(seven.equal(7) && seven.equal(seven) && !seven.equal(four));
+    EXPECT_TRUE(seven.equal(7) && four.equal(4) && seven.equal(seven) && !seven.equal(four));
 }
 
 TEST_F(ZlClusterInfoTest, FieldsOfANode)

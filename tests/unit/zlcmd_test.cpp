@@ -95,25 +95,21 @@ TEST_F(ZlCmdTest, DeclarationsThatContradictThemselves)
         expectFailure([&, o = option] { cmd(o.name, o.type, false, o.token, nullptr, 0); },
                       std::string("Program error at  ZlCmd::") + place, fault);
     }
-    expectFailure(
-        [&] {
-            cmd.reset(
-                "sub", "do", "helper", work, [] { return std::string("Usage"); }, 0);
-        },
-        "helper script and function command is specified or non of them is specified.\nUsage",
-        "invalid code");
+    expectFailure([&] { cmd.reset("sub", "do", "helper", work, usage, 0); },
+                  "helper script and function command is specified or non of them is specified.\nUsage",
+                  "invalid code");
 }
 
 TEST_F(ZlCmdTest, HelpAndTheLackOfAVerbEndTheValidation)
 {
-    ZlCmd cmd = command({});
+    ZlCmd cmd(&cli, "sub", "do", "", usage, nullptr, 0);
     std::string verb;
     EXPECT_EXIT(cmd.validate(cli.shellCmd, verb, cli.cmdOptions), testing::ExitedWithCode(1),
-                "^zelfhome sub: Missing arguments.\n$");
+                "^zelfhome sub: Missing arguments. \nUsage\n$");
     cli.setParserResultBit(PARSER_HELP);
     cli.setRemoteExecution(true);
     EXPECT_EXIT(validated(cmd, {}), testing::ExitedWithCode(1),
-                "^'zelfhome sub do' does not has any argument that ask for help.\n");
+                "^'zelfhome sub do' does not has any argument that ask for help.\nUsage\n");
     cmd("--help", ZlCmd::NO, false, "", nullptr, 0);
     EXPECT_EQ(validated(cmd, {"x"}), "--help");
     EXPECT_FALSE(cli.doRemoteExecution());
@@ -152,7 +148,6 @@ TEST_F(ZlCmdTest, ALineIsTakenOrRefusedForItsFirstFault)
 TEST_F(ZlCmdTest, WhatValidationLeavesForOtherCommands)
 {
     ZlCmd cmd = command({});
-    std::string (*const usage)() = [] { return std::string("Usage"); };
     cmd("sub", "do", work, usage, 0);
     expectFailure([&] { validated(cmd, {"x"}); }, "'zelfhome sub do' does not allow any arguments.\nUsage",
                   "Invalid argument: 'x'");
