@@ -20,7 +20,7 @@ void expectInOrder(const std::string& path, const Strings& pieces)
 
 TEST_F(Installation, LogsOfAGoodRunHoldItsStepsInOrder)
 {
-    answer("start", "printf words");
+    answer("start", "printf 'two\nwords'");
     runTool("info list");
     shell("sed -Ei 's/ at: 20[0-9]{2}-[0-9]{2}-[0-9]{2}_[0-9:]{8}[.][0-9]{3}[+-][0-9]{4}$/ at: STAMP/;"
           "s/[0-9]+[.][0-9]+ sec$/TIME/' $TMP/*.log");
@@ -32,7 +32,7 @@ TEST_F(Installation, LogsOfAGoodRunHoldItsStepsInOrder)
                         "\nTerminate from ZlCli::~ZlCli\nTrace messager end at: STAMP\n"});
     expectInOrder(DEBUG_LOG,
                   {"Debug Trace start at: STAMP\n", "_executeCMD: response:\n\nresponse end\n",
-                   "_executeCMD: response:\nwords\n\nresponse end\n", "\n\n#### function trace ####\n",
+                   "_executeCMD: response:\ntwo\nwords\n\nresponse end\n", "\n\n#### function trace ####\n",
                    "\nstatic int ZlClusterInfo::getNodesMap(", "\n\tZlCallhome::parseCmdLine: done\n",
                    "\nvoid ZlErrorService::writeTrace()\n", "\nDebug Trace end at: STAMP\n"});
 }

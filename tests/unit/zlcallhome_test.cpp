@@ -61,7 +61,8 @@ TEST_F(ZlCallhomeTest, TheCommandLineInMemory)
     char words[3][5] = {"tool", "info", "list"};
     char* line[] = {words[0], words[1], words[2], nullptr};
     EXPECT_EQ(callhome->parseCmdLine(3, line), 0); // a second time
-    EXPECT_TRUE(callhome->cmds.size() == 20 && callhome->cmdP->getVerb() == "list | ls");
+    EXPECT_TRUE(callhome->functions.empty() && callhome->cmds.size() == 20 &&
+                callhome->cmdP->getVerb() == "list | ls");
     EXPECT_EQ(callhome->getCmdLineArgs(), (Words{"info", "list"}));
     callhome->subject = "-h";
     EXPECT_EXIT(callhome->parseCmdLine(1, line), testing::ExitedWithCode(1), "^Usage:");

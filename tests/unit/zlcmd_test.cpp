@@ -19,7 +19,7 @@ class ZlCmdTest : public ZelfTest {
 protected:
     ZlCmd command(const std::vector<Option>& options)
     {
-        ZlCmd cmd(&cli, "sub", "do", "", nullptr, nullptr, 1600);
+        ZlCmd cmd(&cli, "sub", "do", "", usage, nullptr, 1600);
         for (const auto& [name, type, token, required] : options) {
             cmd(name, type, required, token, nullptr, 0);
         }
@@ -129,9 +129,10 @@ TEST_F(ZlCmdTest, ALineIsTakenOrRefusedForItsFirstFault)
         {&closed, "--flag 5 --may", ""},
         {&closed, "5 --may a --int 5 B", ""},
         {&closed, "5 --may --int", ""}, // passed over
-        {&closed, "5 --flag", "^Missing arguments.\n$"},
-        {&closed, "5 b c", "^Invalid argument: 'c'"},
-        {&closed, "--may 5", "^zelfhome sub: Invalid value: '5'"},
+        {&closed, "5 --flag", "^Missing arguments. \nUsage\n$"},
+        {&closed, "5 b c", "^Invalid argument: 'c'\nUsage\n$"},
+        {&closed, "5 --int", "^Missing value. Option --int needs a value of type: INTEGER\nUsage\n$"},
+        {&closed, "--may 5", "^zelfhome sub: Invalid value: '5'\nUsage\n"},
         {&open, "5 x --any --any y --no z", ""},
         {&open, "x", "^zelfhome sub: Invalid value: 'x'"}};
     for (const auto& [cmd, text, fault] : cases) {
