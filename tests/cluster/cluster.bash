@@ -57,7 +57,7 @@ done
 lab up 3
 
 # The lab is nobody else's.
-try lab up
+ZELFLAB_WAIT=0 try lab up
 expect_failure "a second lab" 1 "the lab is up already, in $ZELFLAB_DIR (see "
 ZELFLAB_DIR=/tmp/zelfhome-test-other try lab down
 ZELFLAB_WAIT=0 ZELFLAB_DIR=/tmp/zelfhome-test-other try lab up
