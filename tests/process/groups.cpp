@@ -99,8 +99,7 @@ const Run GROUP_RUNS[] = {
      success(DEPLOYING + "Success\n"),
      "zelfautoconfig --force" + OLD_CLASSES +
          "\nzelfrun onall node1,node2 '' execzelfhome_2 '\"proxy disable\"'"},
-    // The capability is stored first. A level out of range must not leave an error number behind: the write
-    // would take it for its own.
+    // A level out of range must not leave an error number behind: the first write would take it for its own.
     {"group auto --ENABLE",
      "sed -i /:node3:/s/:1900:/:99999999999999999999:/ $GEN/zelfsdr; " + listed("node1\\n", "") +
          answers("zelfautoconfig", "grep -qx 'enabled = true' /opt/zelf/ccr/_callhomeconfig && exit 3"),

@@ -17,8 +17,7 @@ std::string records(const std::string& header, const std::string& values)
     return "echo '" + header + "'; echo 'p:t:0:1:::" + values + ":'; ";
 }
 
-// The service takes the chunks that it is told of into /var/zelf/case, unless `refuse` succeeds, and says in
-// /var/zelf/told what it was told.
+// The service notes each chunk in /var/zelf/told, and adds it to /var/zelf/case unless `refuse` succeeds.
 std::string service(const std::string& refuse)
 {
     return "cd /var/zelf; case $2 in computeChunkSize) " + records(JOB, "1000:77") +

@@ -29,8 +29,7 @@ inline Strings split(const std::string& text, char separator)
     return list;
 }
 
-// One group of the configuration; nodes are short names, children separated by ",". No version: no such key.
-// `more` holds whole lines.
+// One group; nodes are short names, children separated by ",". No version: no such key. `more`: whole lines.
 inline std::string group(const std::string& name, const std::string& server, const std::string& children,
                          const std::string& version, const std::string& more = "")
 {

@@ -70,13 +70,19 @@ TEST_F(ZlCallhomeTest, TheCommandLineInMemory)
 
 TEST_F(ZlCallhomeTest, TheNodesAreThoseOfTheConfigurationAsItStands)
 {
-    const std::string group = "<callhomeTopology>\n<callhomeGroup>\ncallhomeNode = s\ncallhomeChildNodes = ";
-    setConfigFile(group + "node1.zelf.test,c\nname = g\n</callhomeGroup>\n</callhomeTopology>\n");
+    const auto setGroup = [](const std::string& server, const std::string& childs) {
+        setConfigFile("<callhomeTopology>\n<callhomeGroup>\ncallhomeNode = " + server +
+                      "\ncallhomeChildNodes = " + childs +
+                      "\nname = g\n</callhomeGroup>\n</callhomeTopology>\n");
+    };
+    setGroup("s", "node1.zelf.test,c");
     EXPECT_EQ(callhome->getCallhomeChilds(), (Names{"c", "node1.zelf.test"}));
     EXPECT_EQ(callhome->getCallhomeNode(), "s");
-    setConfigFile(group + "c\nname = g\n</callhomeGroup>\n</callhomeTopology>\n");
-    EXPECT_EQ(callhome->getCallhomeNodes(), Names{"s"});
+    setGroup("t", "c");
+    EXPECT_TRUE(callhome->getCallhomeNodes() == Names{"t"} && callhome->getCallhomeChilds() == Names{"c"});
     EXPECT_EQ(callhome->getCallhomeNode(), "");
+    callhome->executeCHcmd("a", "b", nullptr, nullptr, "/bin/true"); // a program for one call
+    EXPECT_EQ(callhome->helperCmd, callhome->defaultHelperCmd);
 }
 
 TEST_F(ZlCallhomeTest, CommandsThatRecreateASection)
