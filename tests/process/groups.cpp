@@ -30,7 +30,6 @@ const std::string INSTALLED = ALL + "execchcommand verifyinstallation";
 const std::string REQUESTED = INSTALLED + "\nzelfrun onall node2.zelf.test '' execchcommand verifybackend\n" +
                               ALL + "zelfversion2\nzelfmonc callhome addGroup g node2.zelf.test ";
 const std::string MEMBERS = " node1.zelf.test,node2.zelf.test,node3.zelf.test";
-// Without class files and groups.
 const std::string CLASSES =
     "\n" + FETCH + "\nzelfcrclass CALLHOME_SERVERS -N\nzelfcrclass CALLHOME_CLIENTS -N";
 

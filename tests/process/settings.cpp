@@ -85,7 +85,6 @@ const Run SETTINGS[] = {
     {"proxy enable --with-proxy-auth", configured("", USER + "proxy-password =\n"), success(""),
      CHANGE + "proxy-auth-enabled true proxy-enabled true"}, // an empty password is one
 
-    // Nothing to list is no error.
     {"capability list", "", success("group   callHomeNode   status   \n"), ""},
     {"capability list", SECTIONS,
      success("group    callHomeNode      status     \n"

@@ -20,7 +20,8 @@ TEST_F(ZlCliTest, BothEndsOfTheProcess)
         cli.execCmdRc = code;
         expectEnd([&, status = code] { delete &cli, exit(status); }, code, "", gone);
     }
-    TestCli& cli = makeCli();
+    TestCli& cli = makeCli({"s", "H"});
+    EXPECT_EQ(cli.verb, "--help");
     for (const char* verb : {"a", "b", "c"}) {
         cli.cmds.emplace_back(&cli, "s", verb, "", nullptr, nullptr, 0);
     }

@@ -179,6 +179,7 @@ TEST_F(ZlCmdTest, WhatPassesIsMappedInTheOrderOfTheKeys)
     }
     cmd.addVerbMapping("do", "make");
     cmd.addVerbMapping("make", "built");
+    cmd.addVerbMapping("other", "never");
     cmd.addVerbToCmdMapping("built", "script");
     cmd.addVerbToCmdMapping("do", "other");
     cmd.setChildAsDeamon(true);
