@@ -47,7 +47,6 @@ TEST_F(Installation, OnlyTheFrameworksFailuresLogTheDebugMessages)
         runTool(line);
         EXPECT_EQ(contentOf(LOG).find("\nresponse end\n") != std::string::npos, isFull) << line;
     }
-    // This one writes its trace by itself.
     writeFile("/var/zelf/gen/zelf.cfg", "myNodeConfigNumber 1\n");
     writeFile(LOG, "");
     runTool("info list");

@@ -126,7 +126,6 @@ TEST_F(SendFile, TheQueryTellsSizeSpaceFileAndCase)
           "12345.ABC.000 -Y' calls");
 }
 
-// A stand-in takes the place of scp.
 TEST_F(SendFile, AChildNodeCopiesEachChunkAndRemovesItsOwn)
 {
     shell("sed -i 's/callhomeNode = node1/callhomeNode = node2/' ccr/*");

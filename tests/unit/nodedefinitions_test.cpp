@@ -46,8 +46,8 @@ TEST_F(NodeDefinitionsTest, ANodeGoesBeforeAFileAndAFileBeforeAClass)
 
 TEST_F(NodeDefinitionsTest, TheSetsOfTheProcess)
 {
-    const TestCli& cli = makeCli({"s", "v", "-N", "1,nosuch", "-xYIN2"});
-    EXPECT_EQ(cli.repeatedRemoteOptions, Words{"-N"});
+    const TestCli& cli = makeCli({"s", "v", "-N1", "-N", "nosuch", "-xYIN2"});
+    EXPECT_EQ(cli.repeatedRemoteOptions, (Words{"-N", "-N"}));
     EXPECT_EQ(cli.getParserBits(), 4U + 16U + 32U + 64U);
     EXPECT_EQ(*Info::allNodesP, *Info::validNodesP);
     Info::defineAllNode(*Info::allNodesP); // itself: nothing happens

@@ -39,7 +39,6 @@ TEST_F(ZelfNlsTest, TextsComeFromTheCatalogueWhileItIsOpen)
 
 TEST_F(ZelfNlsTest, TheTwoAnswers)
 {
-    // The locale "C" has none.
     EXPECT_STREQ(new_nl_langinfo(0x50002), "yes");
     EXPECT_STREQ(new_nl_langinfo(0x50003), "no");
     EXPECT_STREQ(new_nl_langinfo(0x50000), "^[yY]");

@@ -10,6 +10,7 @@ TEST_F(ZlCliTest, BothEndsOfTheProcess)
     const std::tuple<const char*, int, const char*, const char*, const char*> cases[] = {
         // response, code, verb, words when terminated, words when the object goes away
         {"", 7, "x", "Failed\nend", "end"},
+        {"\n", 2, "x", "end", "end"},                          // as none
         {"words \n\t\n", 2, "--dryrun", "words\n", "words\n"}, // no closing text
         {"words", 2, "help", "words\n", "words\n"}};
     for (const auto& [response, code, verb, terminated, gone] : cases) {
@@ -21,7 +22,7 @@ TEST_F(ZlCliTest, BothEndsOfTheProcess)
         expectEnd([&, status = code] { delete &cli, exit(status); }, code, "", gone);
     }
     TestCli& cli = makeCli({"s", "H"});
-    EXPECT_EQ(cli.verb, "--help");
+    EXPECT_EQ(cli.verb + toString(cli.getParserBits()), "--help1");
     for (const char* verb : {"a", "b", "c"}) {
         cli.cmds.emplace_back(&cli, "s", verb, "", nullptr, nullptr, 0);
     }

@@ -16,7 +16,6 @@
 
 namespace {
 
-// zelfccr with versions.
 const std::string REPOSITORY =
     "cd /var/zelf/tmp; case $1 in\n"
     "vget) cat key.$2 2>/dev/null ;;\n"

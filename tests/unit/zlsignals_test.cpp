@@ -102,6 +102,7 @@ TEST_F(ZlSignalsTest, HandlersOfBothFormsAndRefusedOnes)
     EXPECT_EQ(seen, SIGUSR2);
     expectFailure([this] { service.addSignal(SIGKILL, [](int /*signal*/) {}); },
                   "Define default signal handling failed.");
+    expectIn(contentOf(TMP + "test.log"), "\nZlErrorService::addSignal Setting default action failed. T");
     expectFailure([this] { service.addSignal(SIGKILL, ZlErrorService::signalHandler); },
                   "Define signal handler failed.");
     std::string text = "said: ";
@@ -119,4 +120,7 @@ TEST_F(ZlSignalsTest, ADumpOfTheDebugLogKeepsIt)
     for (const char* log : {"debugtest.log", "debugafter.log"}) {
         expectIn(contentOf(TMP + log), "\ndetail\n\nInterrupt signal SIGUSR1 (10) received.\n\n");
     }
+    service.pushDebugMsg("new");
+    service.writeTrace(); // which emptied it
+    EXPECT_EQ(contentOf(TMP + "debugafter.log").find("detail"), std::string::npos);
 }

@@ -38,7 +38,6 @@ TEST_F(ZlTableTest, BothReadersReadBackWhatIsWritten)
     for (int round = 0; round < 200; ++round) {
         const PlainTable rows = {{"one", "t:%o"}, {cell(), cell()}, {cell(), cell()}};
         const std::vector<ColonRecord> records = {
-            // names are not decoded there
             {{"datatype", "s"}, {"one", rows[1][0]}, {"t%3A%25o", rows[1][1]}},
             {{"datatype", "s"}, {"one", rows[2][0]}, {"t%3A%25o", rows[2][1]}}};
         const std::string text =
