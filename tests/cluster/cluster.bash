@@ -7,6 +7,7 @@ source "$(dirname "$(readlink -f "$0")")/../support/common.bash"
 LAB=$ROOT/lab/zelflab
 # It waits for another lab on this machine, of another clone's tests perhaps.
 export ZELFLAB_DIR=/tmp/zelfhome-test-lab.$$ ZELFHOME=$1 ZELFLAB_WAIT=60
+MARK=zelflab-$(printf %s "$ZELFLAB_DIR" | cksum | cut -d ' ' -f 1) # the source of the lab's mounts
 NODES=(node1 node2 node3)
 
 WORK=$(mktemp -d)
@@ -28,9 +29,7 @@ expect_in() { [[ $3 == *"$2"* ]] || expect "$1" "... $2 ..." "$3"; }
 expect_failure() { expect "$1: status" "$2" "$STATUS" && expect_in "$1" "$3" "$ERR"; } # NAME STATUS WORDS
 
 expect_nothing_left() {
-    local mark
-    mark=zelflab-$(printf %s "$ZELFLAB_DIR" | cksum | cut -d ' ' -f 1)
-    expect "what is left of $1" "" "$(ls -d "$ZELFLAB_DIR" 2>/dev/null; grep -l "$mark" /proc/[0-9]*/mountinfo 2>/dev/null)"
+    expect "what is left of $1" "" "$(ls -d "$ZELFLAB_DIR" 2>/dev/null; grep -l "$MARK" /proc/[0-9]*/mountinfo 2>/dev/null)"
 }
 
 no_group() { printf '<callhomeTopology>\n</callhomeTopology>\nenabled = true\n'; }

@@ -172,6 +172,7 @@ TEST_F(ZlFunctionTest, OfTwoThatStartAtOnceExactlyOneWins)
             expectIn(contentOf(TMP + "key." + std::to_string(race)), ",success," + std::to_string(done));
         }
     }
+    prctl(PR_SET_CHILD_SUBREAPER, 0);
 }
 
 TEST_F(ZlFunctionTest, TheModeChoosesNoLockTheRepositoryOrAFile)
